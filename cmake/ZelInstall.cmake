@@ -1,0 +1,2 @@
+# SPDX-License-Identifier: MIT
+# What `cmake --install` lays down: headers, library, CMake package, pkg-config file.

@@ -1,0 +1,37 @@
+# SPDX-License-Identifier: MIT
+# The words in which the folders list what they hold.
+
+# zel_folder([PUBLIC header...] [PRIVATE file...])
+# Adds a folder's files to the library. PUBLIC headers are installed as <zeltools/...>; PRIVATE are its
+# sources and the headers that stay inside.
+function(zel_folder)
+    cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
+    list(TRANSFORM arg_PUBLIC PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    target_sources(zeltools-objects PRIVATE ${arg_PRIVATE})
+    set_property(GLOBAL APPEND PROPERTY ZELTOOLS_PUBLIC_HEADERS ${arg_PUBLIC})
+endfunction()
+
+# zel_test_program(FOLDER source...)
+# One test program for one folder of the library. It links the library's objects statically, so that what is
+# not exported can be tested too.
+function(zel_test_program folder)
+    set(target ${folder}_tests)
+    add_executable(${target} ${ARGN})
+    target_link_libraries(${target} PRIVATE zeltools-internal zeltools-test-support)
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
+
+# zel_benchmark(NAME source... [LIBRARIES peer...])
+function(zel_benchmark name)
+    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    add_executable(${name}_benchmark ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name}_benchmark PRIVATE zeltools-internal benchmark::benchmark ${arg_LIBRARIES})
+endfunction()
+
+# zel_fuzzer(NAME)
+# A libFuzzer target from NAME_fuzzer.cpp; its corpus stands in corpus/NAME/.
+function(zel_fuzzer name)
+    add_executable(${name}_fuzzer ${name}_fuzzer.cpp)
+    target_link_libraries(${name}_fuzzer PRIVATE zeltools-internal)
+    target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer)
+endfunction()
