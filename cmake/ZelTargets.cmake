@@ -15,6 +15,9 @@ endfunction()
 # One test program for one folder of the library. It links the library's objects statically, so that what is
 # not exported can be tested too.
 function(zel_test_program folder)
+    if(NOT ARGN)
+        return()
+    endif()
     set(target ${folder}_tests)
     add_executable(${target} ${ARGN})
     target_link_libraries(${target} PRIVATE zeltools-internal zeltools-test-support)
