@@ -10,6 +10,12 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# A compiler cache makes the second build directory almost free.
+find_program(ZELTOOLS_CCACHE ccache)
+if(ZELTOOLS_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${ZELTOOLS_CCACHE})
+endif()
+
 add_library(zeltools-warnings INTERFACE)
 target_compile_options(
     zeltools-warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
