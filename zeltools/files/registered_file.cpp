@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/files/registered_file.h"
+
+#include "zeltools/files/built_in_types_private.h"
+#include "zeltools/foundation/xexception.h"
+#include "zeltools/process/xsingle_lock.h"
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+using Extensions = CXArray<CXTString<char16_t>>;
+
+constexpr char16_t separator = u'|';
+
+std::atomic<CRegisteredFile*> instance;
+
+CXCriticalSection& CreationLock() {
+    static CXCriticalSection lock;
+    return lock;
+}
+
+Extensions SplitExtensions(CXTString<char16_t> const& list) {
+    Extensions extensions(false);
+    char16_t const separators[] = {separator, 0};
+    int position = 0;
+    while (position >= 0) {
+        CXTString<char16_t> const extension = list.Tokenize(separators, position);
+        if (!extension.IsEmpty()) {
+            extensions.Add(extension);
+        }
+    }
+    return extensions;
+}
+
+CXTString<char16_t> JoinExtensions(Extensions const& extensions) {
+    CXTString<char16_t> list;
+    for (int i = 0; i < extensions.GetSize(); ++i) {
+        if (i > 0) {
+            list += separator;
+        }
+        list += extensions[i];
+    }
+    return list;
+}
+
+/// `.tga` and `.jpg` are what people look for, so they are the main extension of any type that has them. Answers
+/// whether the order changed.
+bool PutPreferredExtensionFirst(Extensions& extensions) {
+    for (int i = 0; i < extensions.GetSize(); ++i) {
+        if (extensions[i] == u".tga" || extensions[i] == u".jpg") {
+            CXTString<char16_t> const preferred = extensions[i];
+            extensions.RemoveAt(i, 1);
+            extensions.InsertAt(0, preferred, 1);
+            return i > 0;
+        }
+    }
+    return false;
+}
+
+/// `.jpg` and "Photos" make "JPG - Photos".
+CXTString<char16_t> PrefixedDescription(CXTString<char16_t> const& mainExtension,
+                                        CXTString<char16_t> const& description) {
+    CXTString<char16_t> text = mainExtension;
+    text.Remove(u'.');
+    text.MakeUpper();
+    text += u" - ";
+    text += description;
+    return text;
+}
+
+int IndexOf(CXArray<unsigned int, unsigned int> const& classes, unsigned int classId) {
+    for (int i = 0; i < classes.GetSize(); ++i) {
+        if (classes[i] == classId) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+/// A type that comes again without a way of loading or saving keeps the one it had.
+void KeepOldAbilities(CFileExt& type, CFileExt const& old) {
+    if (type.GetLoader() == FileIdUnknown && old.GetLoader() != FileIdUnknown) {
+        type.SetLoader(old.GetLoader());
+        type.SetProperties(type.GetProperties() | old.GetProperties());
+    }
+    if (type.GetSaver() == FileIdUnknown && old.GetSaver() != FileIdUnknown) {
+        type.SetSaver(old.GetSaver());
+        type.SetProperties(type.GetProperties() | old.GetProperties());
+    }
+}
+
+} // namespace
+
+CRegisteredFile::CRegisteredFile() {
+    for (detail::BuiltInType const& row : detail::BuiltInTypes()) {
+        CFileExt type;
+        type.SetDescription(CXTString<char16_t>(row.description));
+        type.SetExtension(CXTString<char16_t>(row.extensions));
+        type.SetClass(row.classId);
+        type.SetProperties(row.properties);
+        type.SetLoader(row.properties & FilePropertyAnyLoad ? FileIdBuiltIn : FileIdUnknown);
+        type.SetSaver(row.properties & FilePropertyAnySave ? FileIdBuiltIn : FileIdUnknown);
+        Register(type);
+    }
+}
+
+CRegisteredFile::~CRegisteredFile() {
+    for (unsigned int position = classesOfExtension.GetFirst(); position != 0xFFFFFFFF;) {
+        ClassArray* classes = nullptr;
+        classesOfExtension.GetNext(position, classes);
+        delete classes;
+    }
+}
+
+void CRegisteredFile::Register(CFileExt& type) {
+    CXSingleLock const holder(&lock, true);
+
+    CXTString<char16_t> list = type.GetExtension();
+    list.MakeLower();
+    Extensions extensions = SplitExtensions(list);
+    if (extensions.GetSize() == 0) {
+        detail::ThrowInvalidArg();
+    }
+    type.SetExtension(PutPreferredExtensionFirst(extensions) ? JoinExtensions(extensions) : list);
+    type.SetDescription(PrefixedDescription(extensions[0], type.GetDescription()));
+
+    bool known = false;
+    for (int i = 0; i < extensions.GetSize() && !known; ++i) {
+        ClassArray* const* const classes = classesOfExtension.Find(extensions[i]);
+        known = classes && IndexOf(**classes, type.GetClass()) >= 0;
+    }
+
+    for (int i = 0; i < extensions.GetSize(); ++i) {
+        ClassArray** entry = classesOfExtension.Find(extensions[i]);
+        if (!entry) {
+            auto created = std::make_unique<ClassArray>();
+            classesOfExtension.Insert(extensions[i], created.get());
+            created.release();
+            entry = classesOfExtension.Find(extensions[i]);
+        }
+        ClassArray& classes = **entry;
+        if (IndexOf(classes, type.GetClass()) < 0) {
+            if (type.GetProperties() & FilePropertyFirstParser) {
+                classes.InsertAt(0, type.GetClass(), 1);
+            } else {
+                classes.Add(type.GetClass());
+            }
+        }
+    }
+
+    if (known) {
+        if (CFileExt const* const old = Find(type.GetClass())) {
+            KeepOldAbilities(type, *old);
+        }
+    }
+    Insert(type.GetClass(), type);
+}
+
+void CRegisteredFile::Unregister(unsigned int classId) {
+    CXSingleLock const holder(&lock, true);
+    CFileExt const* const type = Find(classId);
+    if (!type) {
+        return;
+    }
+    Extensions const extensions = SplitExtensions(type->GetExtension());
+    for (int i = 0; i < extensions.GetSize(); ++i) {
+        ClassArray* classes = nullptr;
+        if (classesOfExtension.Find(extensions[i], classes)) {
+            delete classes;
+            classesOfExtension.Remove(extensions[i], false);
+        }
+    }
+    Remove(classId, false);
+}
+
+CFileExt* CRegisteredFile::FindParser(CXTString<char16_t> const& extension, unsigned int index) {
+    ClassArray* const* const classes = classesOfExtension.Find(extension);
+    if (!classes || index >= static_cast<unsigned int>((*classes)->GetSize())) {
+        return nullptr;
+    }
+    return Find((**classes)[static_cast<int>(index)]);
+}
+
+bool CRegisteredFile::GetParser(CXTString<char16_t> const& extension, unsigned int index, CFileExt& type) {
+    CXSingleLock const holder(&lock, true);
+    CFileExt const* const found = FindParser(extension, index);
+    if (found) {
+        type = *found;
+    }
+    return found != nullptr;
+}
+
+bool CRegisteredFile::GetParserFacts(CXTString<char16_t> const& extension, unsigned int index, Parser& parser) {
+    CXSingleLock const holder(&lock, true);
+    CFileExt const* const found = FindParser(extension, index);
+    if (found) {
+        parser = {found->GetClass(), found->GetProperties(), found->GetLoader(), found->GetSaver(),
+                  found->GetInitIoCallback()};
+    }
+    return found != nullptr;
+}
+
+unsigned int CRegisteredFile::GetParserCount(CXTString<char16_t> const& extension) {
+    CXSingleLock const holder(&lock, true);
+    ClassArray* const* const classes = classesOfExtension.Find(extension);
+    return classes ? static_cast<unsigned int>((*classes)->GetSize()) : 0;
+}
+
+unsigned int CRegisteredFile::GetClasses(CXTString<char16_t> const& extension, CHashTable<unsigned int>& classes) {
+    CXSingleLock const holder(&lock, true);
+    ClassArray* const* const found = classesOfExtension.Find(extension);
+    if (!found) {
+        return 0;
+    }
+    for (int i = 0; i < (*found)->GetSize(); ++i) {
+        classes.Insert((**found)[i]);
+    }
+    return static_cast<unsigned int>((*found)->GetSize());
+}
+
+CRegisteredFile& CRegisteredFile::Instance() {
+    if (CRegisteredFile* const existing = instance.load(std::memory_order_acquire)) {
+        return *existing;
+    }
+    CXSingleLock const holder(&CreationLock(), true);
+    if (!instance.load(std::memory_order_relaxed)) {
+        instance.store(new CRegisteredFile, std::memory_order_release);
+    }
+    return *instance.load(std::memory_order_relaxed);
+}
+
+CRegisteredFile* CRegisteredFile::Existing() {
+    return instance.load(std::memory_order_acquire);
+}
+
+void CRegisteredFile::Free() {
+    CXSingleLock const holder(&CreationLock(), true);
+    delete instance.exchange(nullptr, std::memory_order_acq_rel);
+}
