@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// The record that gives a class a name, a base, a schema number and a way to be created by name, and the
+// registry that finds a record by its name. The archive stores these names and brings the objects back.
+//
+//     CXRuntimeClass::DeclareRuntimeClass(CShape::GetThisRuntimeClassDescriptor());
+//     CXObject* shape = CShape::GetThisRuntimeClassDescriptor()->CreateObject();   // a new CShape
+//
+// A class writes ZEL_DECLARE_RUNTIME_CLASS and ZEL_IMPLEMENT_RUNTIME_CLASS (xobject.h) and gets its record.
+
+#pragma once
+
+#include "zeltools/foundation/api.h"
+
+class CXArchive;
+class CXObject;
+
+/// Set in CXRuntimeClass::schema: the class is not serializable.
+inline constexpr unsigned int RuntimeClassNotSerializable = 0x10000000;
+
+/// The constant record of one class. It lives as long as the module that defines the class.
+///
+/// Threads: a record never changes, so all const calls may come from any thread. The registry has its own lock.
+struct CXRuntimeClass {
+    char const* className;           ///< The class's name, as it is stored in archives.
+    unsigned int objectSize;         ///< Bytes of an instance.
+    unsigned int schema;             ///< Low 16 bits: the schema number; bit 28: RuntimeClassNotSerializable.
+    CXRuntimeClass const* baseClass; ///< The base's record; null for CXObject.
+    CXObject* (*createObject)();     ///< Makes a new instance; null for a class that cannot be created by name.
+    char const* baseClassName;       ///< The base's name; null for CXObject.
+
+    /// Makes an instance, which the caller owns.
+    /// @return the new object, or null for a class without createObject. The calling thread's pending exception is
+    ///         deleted after a creation.
+    /// Errors:  what the class's default constructor throws.
+    ZEL_API CXObject* CreateObject() const;
+
+    /// Whether this class is `record` or stands below it. False for null.
+    ZEL_API bool IsDerivedFrom(CXRuntimeClass const* record) const;
+
+    /// Whether objects of this class may be stored in an archive.
+    bool IsSerializable() const { return (schema & RuntimeClassNotSerializable) == 0; }
+
+    /// Enters a record in the process-wide registry under its class name; a later record of the same name replaces
+    /// an earlier one. A class is declared before an archive can find it by name.
+    /// @return false for null or a record without a name.
+    /// Threads: any.
+    ZEL_API static bool DeclareRuntimeClass(CXRuntimeClass const* record);
+
+    /// Writes schema and name length as 16-bit values, then the name's bytes without terminator.
+    /// Errors:  CXArchiveException of the archive.
+    ZEL_API void Save(CXArchive& archive) const;
+
+    /// Reads what Save wrote and looks the name up in the registry.
+    /// @param schema  Receives the stored schema, also where the class is unknown.
+    /// @return the record, or null for a name that was never declared.
+    /// Errors:  CXArchiveException of cause archiveIsStoring where the archive is not loading, and the archive's own.
+    ZEL_API static CXRuntimeClass const* Load(CXArchive& archive, unsigned int& schema);
+};
