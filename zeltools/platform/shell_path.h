@@ -103,11 +103,14 @@ bool PathRemoveFileSpecW(char16_t* path);
 bool PathRelativePathToW(char16_t* out, char16_t const* from, bool fromIsDirectory, char16_t const* to,
                          bool toIsDirectory);
 
-/// Shortens `path` (a buffer of MaxPath units) until `measure` gives no more than `width`: directories in front of the
-/// name give way to `...`, last first; then the name itself is cut and ends in `...`.
+/// Shortens `path` (a buffer of MaxPath units) until `measure` gives no more than `width`. The end of the directory
+/// gives way to `...` first; where not even `...\name` fits, the end of the name:
+///
+///     C:\path1\path2\sample    C:\path1\...\sample    C:\p...\sample    ...\sample    sam...    ...
 ///
 /// @param measure  Gives the width of a text, in the unit of `width`; it grows with the text.
-/// @return true when the result fits; false when not even `...` does, or the text is too long for its buffer.
+/// @return true when the result fits; false, with `path` unchanged, when not even `...` does or the text is too long
+///         for its buffer.
 bool PathCompactPathW(char16_t* path, int width, std::function<int(std::u16string_view)> const& measure);
 
 } // namespace platform
