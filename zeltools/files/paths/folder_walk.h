@@ -57,5 +57,5 @@ private:
     CXArray<CXTString<char16_t>> toEnter; ///< Last one first.
     CXArray<CXTString<char16_t>> found;   ///< Folders met in the present folder, in order.
     Depth depth;
-    void* search = nullptr;               ///< The open search of the present folder; null between folders.
+    void* search = nullptr; ///< The open search of the present folder; null between folders.
 };

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/process/xcritical_section.h"
+
+CXCriticalSection::~CXCriticalSection() = default;
