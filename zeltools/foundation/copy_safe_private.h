@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// A copy that cannot run over its target, and says so when it is asked to.
+
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+namespace detail {
+
+/// Copies `count` characters of `source`, which may overlap, into `target` with room for `room`; writes no terminator.
+///
+/// @return 0, or the number that errno is set to as well: EINVAL for a null pointer, ERANGE where they do not fit. The
+///         target is zeroed then, so that no half-written text is taken for a whole one.
+template <class T>
+int CopySafe(T* target, std::size_t room, T const* source, std::size_t count) {
+    if (count == 0)
+        return 0;
+    if (target && source && count <= room) [[likely]] {
+        std::memmove(target, source, count * sizeof(T));
+        return 0;
+    }
+    if (target)
+        std::memset(target, 0, room * sizeof(T));
+    return errno = target && source ? ERANGE : EINVAL;
+}
+
+} // namespace detail
