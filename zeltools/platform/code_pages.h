@@ -6,17 +6,14 @@
 //     int const units = MultiByteToWideChar(CodePageAcp, 0, bytes, length, nullptr, 0);
 //     MultiByteToWideChar(CodePageAcp, 0, bytes, length, target, units);
 //
-// The UTF-8 forms below take one pass, into a buffer that is large enough for the worst case:
-//
-//     std::u16string text(Utf16Room(length), u'\0');
-//     text.resize(Utf8ToUtf16(bytes, length, text.data()));
+// The UTF-8 forms of utf8.h take one pass, into a buffer that is large enough for the worst case.
 //
 // Invalid input becomes U+FFFD, one for each maximal invalid part of UTF-8; a character that the page lacks becomes
 // `?`, two of them where it takes two units. Nearest looks ("A" for U+0100) are not tried.
 
 #pragma once
 
-#include <cstddef>
+#include "zeltools/platform/utf8.h"
 
 namespace platform {
 
@@ -26,7 +23,11 @@ inline constexpr unsigned CodePageUtf8 = 65001; ///< UTF-8.
 inline constexpr unsigned MultiByteErrInvalidChars = 0x08; ///< Invalid input fails with error 1113.
 inline constexpr unsigned WideCharErrInvalidChars = 0x80;  ///< Likewise for lone surrogates; UTF-8 only.
 
-/// The code page that 0 stands for: what SetACP said last, else the number (or `UTF-8`) in the environment variable
+inline constexpr unsigned ErrorArithmeticOverflow = 534;    ///< The result's length exceeds an int.
+inline constexpr unsigned ErrorInvalidFlags = 1004;         ///< A flag that the call does not know.
+inline constexpr unsigned ErrorNoUnicodeTranslation = 1113; ///< Invalid input, where a flag refuses it.
+
+/// The code page that 0 stands for: what SetACP said last, else the number in the environment variable
 /// ZELTOOLS_CODEPAGE, else 65001. Any thread.
 [[nodiscard]] unsigned GetACP();
 
@@ -41,7 +42,8 @@ bool SetACP(unsigned codePage);
 /// @param source        The bytes; may hold zeros. Must not overlap the target.
 /// @param sourceLength  Count of bytes; -1: up to and with the terminating zero, which is then converted too.
 /// @param target        Receives the units. No terminator is added to an explicit length.
-/// @param targetLength  Room in units; 0 only measures, and the target is not touched.
+/// @param targetLength  Room in units; 0 only measures, and the target is not touched. What lies
+///                      behind the result, within the room, may be written over.
 /// @return Count of units, or 0 with GetLastError: 87 for a bad argument or an empty source, 122 for a target that is
 ///         too small (it may then hold the beginning), 534 for a result beyond an int, 1004 for unknown flags, 1113 for
 ///         invalid input when the flag asks for it.
@@ -53,25 +55,5 @@ int MultiByteToWideChar(unsigned codePage, unsigned flags, char const* source, i
 /// with bytes and units exchanged; `flags` is 0 or WideCharErrInvalidChars.
 int WideCharToMultiByte(unsigned codePage, unsigned flags, char16_t const* source, int sourceLength, char* target,
                         int targetLength);
-
-/// Units that UTF-8 of a length can take at most.
-[[nodiscard]] constexpr std::size_t Utf16Room(std::size_t bytes) {
-    return bytes;
-}
-
-/// Bytes that UTF-16 of a length can take at most in UTF-8.
-[[nodiscard]] constexpr std::size_t Utf8Room(std::size_t units) {
-    return units * 3;
-}
-
-/// Converts UTF-8 to UTF-16 in one pass; the target has room for Utf16Room(length) units. Returns the units written;
-/// no terminator. What lies behind them, within the room, may have been written over. Any thread.
-std::size_t Utf8ToUtf16(char const* source, std::size_t length, char16_t* target);
-
-/// Converts UTF-16 to UTF-8 in one pass; the target has room for Utf8Room(length) bytes. Returns the bytes written.
-std::size_t Utf16ToUtf8(char16_t const* source, std::size_t length, char* target);
-
-/// The exact count of bytes that Utf16ToUtf8 writes; several times faster than writing them.
-[[nodiscard]] std::size_t Utf8Length(char16_t const* source, std::size_t length);
 
 } // namespace platform
