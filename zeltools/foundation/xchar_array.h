@@ -52,6 +52,9 @@ public:
     /// The number of characters, without the terminator.
     int GetLength() const noexcept { return static_cast<int>(length); }
 
+    /// The characters, for writing up to the length; never write into an array of capacity 0.
+    T* GetText() noexcept { return buffer; }
+
     /// Makes the array hold `newLength` characters and the terminator behind them; new characters are not written.
     ///
     /// Where they do not fit, the capacity becomes twice the new length and one, or just the new length and one if the

@@ -3,13 +3,12 @@
 
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/copy_safe_private.h"
+#include "zeltools/foundation/string_conversion.h"
 #include "zeltools/foundation/xstring_change_private.h"
 #include "zeltools/foundation/xstring_format_private.h"
 #include "zeltools/foundation/xstring_search_private.h"
-#include "zeltools/platform/code_pages.h"
 
 #include <algorithm>
-#include <climits>
 
 static_assert(sizeof(CXTString<char>) == 3 * sizeof(void*) && sizeof(CXTString<char16_t>) == 3 * sizeof(void*),
               "a string is buffer, length and capacity, and nothing else");
@@ -71,23 +70,10 @@ std::size_t CXTString<T>::Measure(T const* text) noexcept {
 
 template <class T>
 void CXTString<T>::AssignOther(Other const* text) {
-    Empty();
-    std::size_t const units = xStrLen(text);
-    if (units == 0 || units > INT_MAX)
-        return;
-    int const sourceLength = static_cast<int>(units);
-    auto const convert = [&](T* target, int room) {
-        if constexpr (sizeof(T) == 1)
-            return platform::WideCharToMultiByte(platform::CodePageAcp, 0, text, sourceLength, target, room);
-        else
-            return platform::MultiByteToWideChar(platform::CodePageAcp, 0, text, sourceLength, target, room);
-    };
-    int const measured = convert(nullptr, 0);
-    if (measured <= 0)
-        return;
-    Base::SetLength(static_cast<std::size_t>(measured));
-    if (convert(buffer, measured) != measured)
-        Empty(); // the code page was exchanged in between
+    if constexpr (sizeof(T) == 1)
+        XFASTCW2A(*this, text);
+    else
+        XFASTCA2W(*this, text);
 }
 
 // ---- Access to the buffer ----
