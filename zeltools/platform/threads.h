@@ -96,7 +96,4 @@ unsigned long long GetCurrentThreadId();
 /// Lets the calling thread sleep for at least so many milliseconds; 0 gives up the rest of its time slice.
 void Sleep(unsigned int timeMs);
 
-/// Milliseconds since the system started.
-unsigned long long GetTickCount64();
-
 } // namespace platform
