@@ -25,10 +25,11 @@ function(zel_test_program folder)
 endfunction()
 
 # zel_benchmark(NAME source... [LIBRARIES peer...])
+# A Google Benchmark program. `./dev bench` prints the ratio between Work/zel/... and Work/<peer>/...
 function(zel_benchmark name)
     cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
     add_executable(${name}_benchmark ${arg_UNPARSED_ARGUMENTS})
-    target_link_libraries(${name}_benchmark PRIVATE zeltools-internal benchmark::benchmark ${arg_LIBRARIES})
+    target_link_libraries(${name}_benchmark PRIVATE zeltools-internal zeltools-warnings benchmark::benchmark_main ${arg_LIBRARIES})
     set_property(GLOBAL APPEND PROPERTY ZELTOOLS_BENCHMARKS ${name})
 endfunction()
 
@@ -36,7 +37,7 @@ endfunction()
 # A libFuzzer target from NAME_fuzzer.cpp; its corpus stands in corpus/NAME/.
 function(zel_fuzzer name)
     add_executable(${name}_fuzzer ${name}_fuzzer.cpp)
-    target_link_libraries(${name}_fuzzer PRIVATE zeltools-internal)
+    target_link_libraries(${name}_fuzzer PRIVATE zeltools-internal zeltools-warnings)
     target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer)
     set_property(GLOBAL APPEND PROPERTY ZELTOOLS_FUZZERS ${name})
 endfunction()
