@@ -28,12 +28,8 @@ struct HashMapSlot {
         value = other.value;
     }
     void MoveElement(HashMapSlot& other) {
-        if constexpr (std::is_nothrow_move_assignable_v<K> && std::is_nothrow_move_assignable_v<V>) {
-            key = std::move(other.key);
-            value = std::move(other.value);
-        } else {
-            CopyElement(other);
-        }
+        MoveValue(key, other.key);
+        MoveValue(value, other.value);
     }
     void ResetElement() {
         key = K();

@@ -22,7 +22,7 @@ struct HashTableSlot {
     HashSlotState state = SlotEmpty;
 
     void CopyElement(HashTableSlot const& other) { key = other.key; }
-    void MoveElement(HashTableSlot& other) { key = std::move_if_noexcept(other.key); }
+    void MoveElement(HashTableSlot& other) { MoveValue(key, other.key); }
     void ResetElement() { key = T(); }
 };
 

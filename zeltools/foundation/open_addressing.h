@@ -15,6 +15,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/block_storage.h"
 #include "zeltools/foundation/invalid_arg.h"
 #include "zeltools/foundation/next_prime.h"
@@ -41,7 +42,7 @@ inline constexpr unsigned int DefaultTableSize = 23;
 inline constexpr unsigned int SmallestTableSize = 5;
 
 /// A hash container over `Slot`, which has a `key` first and a `state` last, begins its life empty, and has the three
-/// operations on what stands between: CopyElement, MoveElement (which may copy) and ResetElement.
+/// operations on what stands between: CopyElement, MoveElement and ResetElement.
 ///
 /// Fields:  as in memory, behind the table of virtual functions.
 /// Threads: const calls from any thread while nobody changes the container; it has no lock of its own.

@@ -10,6 +10,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/block_storage.h"
 #include "zeltools/foundation/invalid_arg.h"
 
@@ -105,7 +106,7 @@ void CStack<T>::Push(T const& item) {
     if (top + 1 == capacity) {
         T copy = item; // it may lie in the block that goes away
         Grow();
-        items[top + 1] = std::move(copy);
+        detail::MoveValue(items[top + 1], copy);
     } else {
         items[top + 1] = item;
     }
@@ -120,7 +121,7 @@ void CStack<T>::Grow() {
     T* const newItems = detail::NewElements<T>(static_cast<std::size_t>(newCapacity));
     try {
         for (int i = 0; i <= top; ++i)
-            newItems[i] = std::move_if_noexcept(items[i]);
+            detail::MoveValue(newItems[i], items[i]);
     } catch (...) {
         detail::DeleteElements(newItems, static_cast<std::size_t>(newCapacity));
         throw;

@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/block_storage.h"
 #include "zeltools/foundation/invalid_arg.h"
 #include "zeltools/foundation/xobject.h"
@@ -43,11 +44,10 @@ public:
     /// The growth rule that doubles the capacity.
     static constexpr int GrowByDoubling = -2;
 
-    /// Makes an empty array whose elements may be moved in memory as bytes where their type allows it.
+    /// Makes an empty array whose elements are moved in memory as blocks where their type allows it (xIsBlockMovable).
     CXArray() = default;
 
-    /// The same with the choice: false moves elements one by one. A type that is not trivially copyable is always
-    /// moved by its own operations, so that this changes no result.
+    /// The same with the choice: false moves elements one by one, each by its own operations.
     explicit CXArray(bool blockMoves) : plainCopy(blockMoves) {}
 
     CXArray(CXArray const& other) : CXObject(other) { Copy(other); }
@@ -131,8 +131,8 @@ public:
 
     /// Inserts `count` copies of a value before an index. At or behind the end the array grows to index + count, and
     /// a gap holds new elements.
-    /// Errors: CXInvalidArgException for a negative index or a count below 1. When copying fails the size is that of
-    /// the elements that are whole.
+    /// Errors: CXInvalidArgException for a negative index or a count below 1. When copying fails
+    /// the size may have grown by elements that are whole.
     void InsertAt(int index, ARG value, int count = 1);
 
     /// Removes `count` elements from an index on; the capacity stays.
@@ -148,14 +148,17 @@ protected:
     int size = 0;          ///< elements in use; only these are constructed
     int capacity = 0;      ///< elements allocated
     int growBy = 0;        ///< the growth rule
-    bool plainCopy = true; ///< elements may be relocated and copied as blocks
+    bool plainCopy = true; ///< elements may be moved as blocks where the type allows it
 
 private:
-    /// What block moves need of the type, whatever `plainCopy` permits.
+    /// Elements that are copied by copying their bytes.
     static constexpr bool PlainElements = std::is_trivially_copyable_v<T>;
 
-    /// Of these zero bytes are the initial value.
+    /// Elements whose initial value is zero bytes.
     static constexpr bool ZeroElements = std::is_trivially_default_constructible_v<T> && PlainElements;
+
+    /// Whether elements are moved as bytes.
+    bool MovesBlocks() const { return xIsBlockMovable<T> && plainCopy; }
 
     void CheckIndex(int index) const {
         if (static_cast<unsigned int>(index) >= static_cast<unsigned int>(size)) [[unlikely]]
@@ -254,7 +257,7 @@ void CXArray<T, ARG>::SetAtGrow(int index, ARG value, int newGrowthRule) {
     }
     T copy(value); // it may lie in the block that goes away
     SetSize(SumOf(index, 1), newGrowthRule);
-    data[index] = std::move(copy);
+    detail::MoveValue(data[index], copy);
 }
 
 template <class T, class ARG>
@@ -320,14 +323,20 @@ void CXArray<T, ARG>::InsertAt(int index, ARG value, int count) {
     Reserve(newSize);
     if (index > size)
         SetSize(index);
-    int const oldSize = size;
-    if constexpr (PlainElements) {
-        std::size_t const tail = static_cast<std::size_t>(oldSize - index);
-        std::memmove(static_cast<void*>(data + index + count), data + index, tail * sizeof(T));
-        std::uninitialized_fill_n(data + index, count, copy);
+    if (MovesBlocks()) {
+        T* const hole = data + index;
+        std::size_t const tailBytes = static_cast<std::size_t>(size - index) * sizeof(T);
+        std::memmove(static_cast<void*>(hole + count), hole, tailBytes);
+        try {
+            std::uninitialized_fill_n(hole, count, copy);
+        } catch (...) {
+            std::memmove(static_cast<void*>(hole), hole + count, tailBytes);
+            throw;
+        }
         size = newSize;
     } else {
         // At the end first and into place when all of them are made: there is never a hole.
+        int const oldSize = size;
         for (; size < newSize; ++size)
             std::construct_at(data + size, copy);
         std::rotate(data + index, data + oldSize, data + newSize);
@@ -340,8 +349,16 @@ void CXArray<T, ARG>::RemoveAt(int index, int count) {
         detail::ThrowInvalidArg();
     if (count == 0)
         return;
-    std::move(data + index + count, data + size, data + index);
-    Truncate(size - count);
+    T* const hole = data + index;
+    if (MovesBlocks()) {
+        std::destroy_n(hole, count);
+        std::memmove(static_cast<void*>(hole), hole + count,
+                     static_cast<std::size_t>(size - index - count) * sizeof(T));
+        size -= count;
+    } else {
+        std::move(hole + count, data + size, hole);
+        Truncate(size - count);
+    }
 }
 
 template <class T, class ARG>
@@ -384,8 +401,8 @@ void CXArray<T, ARG>::Reserve(int needed) {
 template <class T, class ARG>
 void CXArray<T, ARG>::Relocate(int newCapacity) {
     std::size_t const count = static_cast<std::size_t>(newCapacity);
-    if constexpr (PlainElements && alignof(T) <= alignof(std::max_align_t)) {
-        if (plainCopy) {
+    if constexpr (alignof(T) <= alignof(std::max_align_t)) {
+        if (MovesBlocks()) {
             data = static_cast<T*>(detail::ReallocateBlock(data, count, sizeof(T)));
             capacity = newCapacity;
             return;
