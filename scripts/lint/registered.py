@@ -1,8 +1,10 @@
 # SPDX-License-Identifier: MIT
 """Nothing lies about unbuilt: every source stands in its folder's CMakeLists.txt, every public header is installed and
-none is that should not be, and every fuzzer has seeds."""
+part of zeltools/zeltools.h, no private one is, and every fuzzer has seeds."""
 
 import re
+
+UMBRELLA = "zeltools/zeltools.h"
 
 
 def check(tree):
@@ -32,6 +34,11 @@ def check(tree):
             yield f"{name}: public by its name, but no PUBLIC list installs it"
         if installed and name.endswith("_private.h"):
             yield f"{name}: private by its name, but a PUBLIC list installs it"
+
+    if UMBRELLA in tree.files:
+        for name in tree.public_headers:
+            if name != UMBRELLA and f"#include <{name}>" not in tree.text(UMBRELLA):
+                yield f"{UMBRELLA}: does not include <{name}>"
 
     for name in tree.matching(r"fuzz/.*\.cpp"):
         fuzzer = re.fullmatch(r"fuzz/(\w+)_fuzzer\.cpp", name)

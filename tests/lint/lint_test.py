@@ -42,6 +42,7 @@ FAULTS = [
      LICENCE + '#include "zeltools/files/names.h"\n'),
     ("registered", "a test that nobody builds", "tests/files/names_test.cpp", LICENCE),
     ("registered", "a header that nobody installs", "zeltools/files/more.h", LICENCE),
+    ("registered", "a header that the umbrella forgot", "zeltools/zeltools.h", LICENCE + "#include <zeltools/files/names.h>\n"),
     ("registered", "a fuzzer that nobody builds", "fuzz/other_fuzzer.cpp", LICENCE),
     ("registered", "a fuzzer without seeds", "fuzz/name_fuzzer.cpp", None, "fuzz/corpus/name/seed"),
     ("documented", "an exported function without a word", A, LICENCE + "#define ZEL_API\n\nZEL_API int one();\n"),
