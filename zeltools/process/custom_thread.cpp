@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/process/custom_thread.h"
+
+#include "zeltools/foundation/hash_table.h"
+#include "zeltools/platform/threads.h"
+#include "zeltools/process/application_lock_private.h"
+#include "zeltools/process/application_state_private.h"
+#include "zeltools/process/thread_registry.h"
+#include "zeltools/process/xsingle_lock.h"
+
+ZEL_IMPLEMENT_RUNTIME_CLASS(CCustomThread, CXThread, RuntimeClassNotSerializable)
+
+namespace {
+
+constexpr unsigned int pollMs = 10;
+constexpr unsigned int pauseAfterKillMs = 100;
+
+/// The objects alive. ApplicationLock may be taken inside the lock, never the other way round.
+struct Registry {
+    CXCriticalSection lock;
+    CHashTable<CCustomThread*> threads;   // guarded by lock
+    CHashTable<CCustomThread*> condemned; // taken out of threads, still to be killed; guarded by lock
+};
+
+Registry& TheRegistry() {
+    // Never destroyed: a thread that the process outruns at its exit may still delete itself.
+    static Registry& registry = *new Registry;
+    return registry;
+}
+
+void Register(CCustomThread* thread) {
+    CXSingleLock const hold(&TheRegistry().lock, true);
+    TheRegistry().threads.Insert(thread);
+}
+
+/// Stops a thread for good; true when it had not ended by itself.
+bool Kill(void* handle) {
+    bool const runs = platform::SuspendThread(handle) != platform::SuspendFailed;
+    return platform::TerminateThread(handle, 1) && runs;
+}
+
+} // namespace
+
+CCustomThread::CCustomThread(bool keep) : CXThread(keep) {
+    Register(this);
+}
+
+CCustomThread::CCustomThread(bool (*function)(void*), void* data) : CXThread(function, data) {
+    Register(this);
+}
+
+CCustomThread::~CCustomThread() {
+    // In one step with leaving the registry: AskForThreadsEnd must not mark the id again in between, and the close
+    // must not delete the tables before it is unmarked.
+    CXSingleLock const hold(&TheRegistry().lock, true);
+    ForgetThread();
+    TheRegistry().threads.Remove(this);
+    TheRegistry().condemned.Remove(this);
+}
+
+unsigned int CCustomThread::GetRunningThreadCount() {
+    CXSingleLock const hold(&TheRegistry().lock, true);
+    return TheRegistry().threads.GetCount();
+}
+
+bool CCustomThread::ThreadsMustTerminate() {
+    return ApplicationCloseStarted.load(std::memory_order_acquire);
+}
+
+void CCustomThread::AskForThreadsEnd(bool resume) {
+    ApplicationCloseStarted.store(true, std::memory_order_release);
+    Registry& registry = TheRegistry();
+    CXSingleLock const hold(&registry.lock, true);
+    for (unsigned int position = registry.threads.GetFirst(); position != 0xFFFFFFFF;) {
+        CCustomThread* thread = nullptr;
+        registry.threads.GetNext(position, thread);
+        if (unsigned long long const id = thread->GetThreadID()) { // 0, not started yet, would be the caller
+            SetCancelThread(true, id);
+        }
+        thread->StopThread();
+        if (resume) {
+            thread->ResumeThread();
+        }
+    }
+}
+
+void CCustomThread::WaitEndOfThreads(bool stayClosed) {
+    if (ThreadsMustTerminate()) {
+        return;
+    }
+    AskForThreadsEnd(true);
+    while (GetRunningThreadCount() != 0) {
+        platform::Sleep(pollMs);
+    }
+    if (!stayClosed) {
+        ApplicationCloseStarted.store(false, std::memory_order_release);
+    }
+}
+
+bool CCustomThread::HardThreadsTermination(bool onlyKillable) {
+    Registry& registry = TheRegistry();
+    CXArray<CCustomThread*> collected;
+    {
+        CXSingleLock const hold(&registry.lock, true);
+        for (unsigned int position = registry.threads.GetFirst(); position != 0xFFFFFFFF;) {
+            CCustomThread* thread = nullptr;
+            registry.threads.GetNext(position, thread);
+            if (thread->GetThreadID() != GetCurrentThreadID() && (!onlyKillable || thread->IsFlagSet(ThreadKillable))) {
+                collected.Add(thread);
+            }
+        }
+        for (CCustomThread* const thread : collected) {
+            registry.threads.Remove(thread);
+            registry.condemned.Insert(thread);
+        }
+    }
+
+    bool anyKilled = false;
+    for (CCustomThread* const thread : collected) {
+        {
+            // With both locks in hand no thread is stopped inside them, and none deletes the object. All that needs
+            // memory is done before the thread stands still, since it may hold the allocator's lock then.
+            CXSingleLock const hold(&registry.lock, true);
+            CXSingleLock const holdApplication(&ApplicationLock(), true);
+            if (!registry.condemned.IsFound(thread)) {
+                continue; // it has ended and deleted itself meanwhile
+            }
+            registry.condemned.Remove(thread);
+            CXArray<unsigned long long> children;
+            CXArray<void*> childHandles;
+            if (unsigned long long const id = thread->GetThreadID()) {
+                GetChildThreads(id, children);
+            }
+            for (unsigned long long const child : children) {
+                childHandles.Add(child == GetCurrentThreadID() ? nullptr : platform::OpenThread(child));
+            }
+
+            if (void* const handle = thread->GetThreadHandle()) {
+                thread->threadState.fetch_or(StateSuspended);
+                anyKilled |= Kill(handle);
+            }
+            thread->threadFlags.fetch_or(ThreadTerminated);
+            for (int index = 0; index < children.GetSize(); ++index) {
+                if (childHandles[index]) {
+                    anyKilled |= Kill(childHandles[index]);
+                    platform::CloseThread(childHandles[index]);
+                }
+                DetachThread(children[index]);
+            }
+        }
+        platform::Sleep(pauseAfterKillMs);
+    }
+    return anyKilled;
+}
