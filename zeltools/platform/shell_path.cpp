@@ -173,14 +173,7 @@ bool PathIsURLW(std::u16string_view path) {
 }
 
 bool PathIsNetworkPathW(std::u16string_view path) {
-    if (PathIsUNCW(path)) {
-        return true;
-    }
-    if (!HasDrive(path)) {
-        return false;
-    }
-    char16_t const root[] = {path[0], u':', u'\\', 0};
-    return GetDriveTypeW(root) == DriveRemote;
+    return PathIsUNCW(path) || (HasDrive(path) && IsNetworkDrive(path[0]));
 }
 
 char16_t const* PathFindExtensionW(char16_t const* path) {

@@ -58,7 +58,7 @@ bool PathIsRootW(std::u16string_view path);
 /// A scheme of two or more of [A-Za-z0-9+.-] in front of the first colon, whatever follows.
 bool PathIsURLW(std::u16string_view path);
 
-/// A UNC path, or a drive letter that the drive table maps to a remote place.
+/// A UNC path, or a drive that the drive table leads to a share, mounted or not.
 bool PathIsNetworkPathW(std::u16string_view path);
 
 /// Whether PathCanonicalize would change the text; a single scan without a copy.

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/foundation/desktop_hooks.h"
+
+#include <atomic>
+
+namespace detail {
+
+namespace {
+
+class HeadlessDesktop final : public DesktopHooks {
+public:
+    MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const&, MessageBoxButtons buttons) override {
+        return SafestAnswer(buttons);
+    }
+    std::optional<int> MeasureText(CWnd*, CXTString<char16_t> const&) override { return std::nullopt; }
+    int GetClientWidth(CWnd*) override { return 0; }
+};
+
+std::atomic<DesktopHooks*> installedHooks = nullptr;
+
+} // namespace
+
+DesktopHooks& GetDesktopHooks() {
+    static HeadlessDesktop headless;
+    DesktopHooks* const hooks = installedHooks.load(std::memory_order_acquire);
+    return hooks != nullptr ? *hooks : headless;
+}
+
+void SetDesktopHooks(DesktopHooks* hooks) {
+    installedHooks.store(hooks, std::memory_order_release);
+}
+
+MessageBoxAnswer SafestAnswer(MessageBoxButtons buttons) {
+    switch (buttons) {
+    case MessageBoxOk: return AnswerOk;
+    case MessageBoxAbortRetryIgnore: return AnswerAbort;
+    case MessageBoxYesNo: return AnswerNo;
+    case MessageBoxOkCancel:
+    case MessageBoxYesNoCancel:
+    case MessageBoxRetryCancel: break;
+    }
+    return AnswerCancel;
+}
+
+} // namespace detail

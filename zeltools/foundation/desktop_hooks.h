@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// What the lower floors ask of a desktop: a message box, and the width of texts and windows. The window seam installs
+// its service here; until it does, the headless one answers.
+
+#pragma once
+
+#include "zeltools/foundation/xstring.h"
+
+#include <optional>
+
+class CWnd;
+
+namespace detail {
+
+/// The buttons of a message box.
+enum MessageBoxButtons : unsigned int {
+    MessageBoxOk = 0,
+    MessageBoxOkCancel = 1,
+    MessageBoxAbortRetryIgnore = 2,
+    MessageBoxYesNoCancel = 3,
+    MessageBoxYesNo = 4,
+    MessageBoxRetryCancel = 5
+};
+
+/// The button that was chosen.
+enum MessageBoxAnswer {
+    AnswerOk = 1,
+    AnswerCancel = 2,
+    AnswerAbort = 3,
+    AnswerRetry = 4,
+    AnswerIgnore = 5,
+    AnswerYes = 6,
+    AnswerNo = 7
+};
+
+/// A desktop, as far as the lower floors need one.
+class DesktopHooks {
+public:
+    virtual ~DesktopHooks() = default;
+
+    /// Shows a message in a box that the active window owns, and waits for a button.
+    virtual MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const& text, MessageBoxButtons buttons) = 0;
+
+    /// The width of a text in a window's font, in pixels; nothing where there is no way to measure it.
+    virtual std::optional<int> MeasureText(CWnd* window, CXTString<char16_t> const& text) = 0;
+
+    /// The width of a window's client area, in pixels; 0 without one.
+    virtual int GetClientWidth(CWnd* window) = 0;
+};
+
+/// The desktop that is installed, or the headless one: its message boxes are not shown and answer with the button that
+/// does the least, and it measures nothing. Threads: any.
+DesktopHooks& GetDesktopHooks();
+
+/// Installs a desktop, which must outlive every call that may use it; null goes back to the headless one.
+/// Threads: any, but calls that are under way go on with the one that they found.
+void SetDesktopHooks(DesktopHooks* hooks);
+
+/// The button that does the least: No, Cancel or Abort where there is one, else OK.
+MessageBoxAnswer SafestAnswer(MessageBoxButtons buttons);
+
+} // namespace detail
