@@ -4,6 +4,19 @@
 
 #pragma once
 
+#include <zeltools/files/paths/absolute_paths.h>
+#include <zeltools/files/paths/compact_path.h>
+#include <zeltools/files/paths/directory_compare.h>
+#include <zeltools/files/paths/extension_lists.h>
+#include <zeltools/files/paths/file_name_type.h>
+#include <zeltools/files/paths/path_kind.h>
+#include <zeltools/files/paths/path_numbering.h>
+#include <zeltools/files/paths/path_parts.h>
+#include <zeltools/files/paths/path_slashes.h>
+#include <zeltools/files/paths/path_split.h>
+#include <zeltools/files/paths/temporary_names.h>
+#include <zeltools/files/paths/valid_names.h>
+#include <zeltools/files/paths/wildcards.h>
 #include <zeltools/foundation/api.h>
 #include <zeltools/foundation/block_storage.h>
 #include <zeltools/foundation/characters.h>
