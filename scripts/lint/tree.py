@@ -16,12 +16,14 @@ class Tree:
     @functools.cached_property
     def files(self):
         """Every file that belongs to the project, relative to the root: the tracked ones, or, where the root is not a
-        repository of its own, all of them."""
+        repository of its own, all but what was built. A checkout may belong to another user than the one who checks."""
         if (self.root / ".git").exists():
-            listed = subprocess.run(["git", "-C", self.root, "ls-files", "-z"], check=True, capture_output=True).stdout
+            command = ["git", "-c", "safe.directory=*", "-C", self.root, "ls-files", "-z"]
+            listed = subprocess.run(command, check=True, capture_output=True).stdout
             names = [name.decode() for name in listed.split(b"\0") if name]
         else:
             names = [str(path.relative_to(self.root)) for path in self.root.rglob("*") if path.is_file()]
+            names = [name for name in names if not name.startswith(("build/", "dist/"))]
         return sorted(name for name in names if (self.root / name).is_file())
 
     def matching(self, pattern):
