@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/foundation/exit_callbacks_private.h"
+#include "zeltools/foundation/thread_exceptions.h"
+#include "zeltools/foundation/xarchive_exception.h"
+#include "zeltools/foundation/xexception.h"
+#include "zeltools/foundation/xfile_exception.h"
+#include "zeltools/foundation/xinternet_exception.h"
+#include "zeltools/foundation/xload_string.h"
+#include "zeltools/platform/errors.h"
+#include "zeltools/platform/language.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <thread>
+
+namespace {
+
+/// Counts the exceptions alive, and tells a second destruction.
+class CCountedException : public CXException {
+public:
+    CCountedException() { ++alive; }
+    ~CCountedException() override { --alive; }
+    static inline std::atomic<int> alive = 0;
+};
+
+TEST(ThreadExceptions, EachIsDeletedOnceWhicheverWayAndWhicheverThread) {
+    struct {
+        char const* name;
+        void (*catchIt)(CXException*);
+    } const ways[] = {
+        {"through the table", [](CXException*) { XDeleteThreadException(); }},
+        {"by the pointer", [](CXException* e) { e->Delete(); }},
+        {"by the pointer, then through the table",
+         [](CXException* e) {
+             CXException::Delete(e);
+             XDeleteThreadException();
+         }},
+        {"by another thread",
+         [](CXException* e) {
+             std::jthread([e] { e->Delete(); }).join();
+             XDeleteThreadException();
+         }},
+    };
+    for (auto const& way : ways) {
+        try {
+            auto* const exception = new CCountedException;
+            XSetThreadException(exception);
+            throw exception;
+        } catch (CCountedException* exception) {
+            way.catchIt(exception);
+        }
+        EXPECT_EQ(CCountedException::alive, 0) << way.name;
+    }
+    XSetThreadException(nullptr);
+    CXException::Delete(nullptr);
+    XDeleteThreadException();
+}
+
+TEST(ThreadExceptions, ASecondOneReplacesTheFirstAndLeavesItAlive) {
+    auto* const first = new CCountedException;
+    XSetThreadException(first);
+    XSetThreadException(new CCountedException);
+    EXPECT_EQ(CCountedException::alive, 2);
+    XDeleteThreadException();
+    EXPECT_EQ(CCountedException::alive, 1);
+    first->Delete();
+    EXPECT_EQ(CCountedException::alive, 0);
+}
+
+TEST(ThreadExceptions, ThreadsKeepTheirsApart) {
+    auto* const ours = new CCountedException;
+    XSetThreadException(ours);
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([] {
+                for (int round = 0; round < 200; ++round) {
+                    XSetThreadException(new CCountedException);
+                    XDeleteThreadException();
+                }
+            });
+    }
+    EXPECT_EQ(CCountedException::alive, 1);
+    XDeleteThreadException();
+    EXPECT_EQ(CCountedException::alive, 0);
+}
+
+TEST(ThreadExceptions, TableEndsWithTheLibraryAndBeginsAgain) {
+    auto* const caught = new CCountedException;
+    XSetThreadException(caught);
+    detail::RunExitCallbacks();
+    XDeleteThreadException();
+    EXPECT_EQ(CCountedException::alive, 1); // it belongs to whoever caught it
+    caught->Delete();
+    XSetThreadException(new CCountedException);
+    XDeleteThreadException();
+    EXPECT_EQ(CCountedException::alive, 0);
+    detail::RunExitCallbacks();
+    detail::DeleteExitCallbackTable();
+}
+
+TEST(Exceptions, MisuseThrowsARegisteredPointer) {
+    try {
+        detail::ThrowInvalidArg();
+    } catch (CXException* exception) {
+        EXPECT_TRUE(exception->IsKindOf(CXInvalidArgException::GetThisRuntimeClassDescriptor()));
+        EXPECT_TRUE(exception->GetErrorMessage().IsEmpty());
+        EXPECT_FALSE(exception->ReportError(0));
+        XDeleteThreadException();
+    }
+}
+
+TEST(FileException, SystemErrorsHaveTheirCauses) {
+    std::pair<unsigned int, int> const errors[] = {{0, 0},    {1, 1},    {6, 2},   {267, 3}, {113, 4},       {999, 5},
+                                                   {193, 6},  {145, 7},  {62, 8},  {132, 9}, {996, 10},      {32, 11},
+                                                   {167, 12}, {112, 13}, {38, 14}, {998, 1}, {0xFFFFFFFF, 1}};
+    for (auto const& [error, cause] : errors)
+        EXPECT_EQ(CXFileException::OsErrorToException(error), cause) << error;
+    std::pair<int, int> const errnos[] = {{0, 1}, {1, 5}, {23, 2}, {22, 10}, {9, 6}, {24, 4}, {28, 13}, {29, 1}};
+    for (auto const& [value, cause] : errnos)
+        EXPECT_EQ(CXFileException::ErrnoToException(value), cause) << value;
+}
+
+TEST(FileException, ThrowsOrFillsTheTarget) {
+    using F = CXFileException;
+    struct {
+        unsigned int error;
+        F::FileExceptionType type;
+        F::FileExceptionType cause;
+    } const rows[] = {
+        {32, F::badSeek, F::sharingViolation},
+        {0, F::badSeek, F::badSeek},
+        {0, F::none, F::none}, // nothing happened, so nothing is thrown
+    };
+    for (auto const& row : rows) {
+        F target(F::endOfFile, u"old");
+        platform::SetLastError(row.error);
+        F::ThrowOsError(row.type, u"C:\\a", &target);
+        EXPECT_EQ(target.cause, row.cause);
+        EXPECT_TRUE(target.fileName == u"C:\\a");
+        F::FileExceptionType thrown = F::none;
+        try {
+            platform::SetLastError(row.error);
+            F::ThrowOsError(row.type, u"C:\\a");
+        } catch (F* exception) {
+            thrown = exception->cause;
+            EXPECT_TRUE(exception->fileName == u"C:\\a");
+            XDeleteThreadException();
+        }
+        EXPECT_EQ(thrown, row.cause);
+    }
+    F target;
+    F::ThrowErrno(F::diskFull, 0, u"b", &target);
+    EXPECT_EQ(target.cause, F::diskFull);
+    F::ThrowErrno(F::diskFull, 2, u"b", &target);
+    EXPECT_EQ(target.cause, F::fileNotFound);
+}
+
+/// One text for each cause, all different, each with the name in it, in both languages.
+TEST(Exceptions, MessagesNameTheFileAndTellTheCausesApart) {
+    unsigned short const before = platform::GetThreadUILanguage();
+    for (int const language : {0x0409, 0x040C}) {
+        platform::SetThreadUILanguage(static_cast<unsigned short>(language));
+        std::set<std::u16string> texts;
+        auto const check = [&texts](CXTString<char16_t> const& text, char16_t const* name) {
+            EXPECT_GE(text.Find(name), 0);
+            EXPECT_TRUE(texts.insert(static_cast<char16_t const*>(text)).second);
+        };
+        for (int cause = 1; cause <= 14; ++cause)
+            check(CXFileException(CXFileException::FileExceptionType(cause), u"C:\\100%s.png").GetErrorMessage(),
+                  u"C:\\100%s.png");
+        for (int cause = 1; cause <= 8; ++cause)
+            check(CXArchiveException(CXArchiveException::ArchiveExceptionType(cause), u"x.arc").GetErrorMessage(),
+                  u"x.arc");
+        CXTString<char16_t> const unnamed = xLoadString(61446);
+        EXPECT_FALSE(unnamed.IsEmpty());
+        check(CXFileException(CXFileException::badSeek, u"").GetErrorMessage(), unnamed);
+        EXPECT_TRUE(CXFileException(CXFileException::none, u"a").GetErrorMessage().IsEmpty());
+    }
+    platform::SetThreadUILanguage(before);
+}
+
+TEST(InternetException, TakesTheLastErrorAndTheSystemsText) {
+    platform::SetLastError(5);
+    CXInternetException const exception(0, 77);
+    EXPECT_EQ(exception.errorCode, 5u);
+    EXPECT_EQ(exception.context, 77u);
+    unsigned int help = 9;
+    EXPECT_TRUE(exception.GetErrorMessage(&help) == platform::FormatMessageW(5).c_str());
+    EXPECT_FALSE(exception.GetErrorMessage().IsEmpty());
+    EXPECT_EQ(help, 0u);
+    EXPECT_TRUE(CXInternetException(12003).GetErrorMessage() == platform::FormatMessageW(12003).c_str());
+}
+
+} // namespace
