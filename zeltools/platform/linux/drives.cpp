@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/platform/drives.h"
+
+#include "zeltools/platform/current_directory.h"
+#include "zeltools/platform/linux/mount_table.h"
+#include "zeltools/platform/linux/path_names.h"
+#include "zeltools/platform/native_path.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <mutex>
+#include <vector>
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t LetterCount = 26;
+using DriveTable = std::array<std::string, LetterCount>; // "/mnt/c", "//server/share", "/" for the root; empty: none
+
+DriveTable ParseDrives(std::string_view text) {
+    DriveTable table;
+    while (!text.empty()) {
+        std::size_t const end = std::min(text.find(';'), text.size());
+        std::string_view const entry = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        auto const letter = static_cast<unsigned char>(entry.empty() ? 0 : entry[0] & ~0x20);
+        if (entry.size() < 3 || letter < 'A' || letter > 'Z' || entry[1] != '=' || entry[2] != '/') {
+            continue;
+        }
+        std::string target{entry.substr(2)};
+        while (target.size() > 1 && target.back() == '/') {
+            target.pop_back();
+        }
+        table[letter - 'A'] = std::move(target);
+    }
+    return table;
+}
+
+/// The table of the environment's present text, read anew when the text has changed.
+DriveTable GetDriveTable() {
+    static std::mutex mutex; // guards the two below; nothing is taken under it
+    static std::string parsedText;
+    static DriveTable table;
+
+    char const* const variable = std::getenv("ZELTOOLS_DRIVES");
+    std::string_view const text = variable == nullptr ? "" : variable;
+    std::lock_guard const lock{mutex};
+    if (text != parsedText) {
+        parsedText = text;
+        table = ParseDrives(text);
+    }
+    return table;
+}
+
+bool IsDriveLetter(char16_t letter) {
+    return (letter >= u'A' && letter <= u'Z') || (letter >= u'a' && letter <= u'z');
+}
+
+bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> list) {
+    return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+/// Whether the kernel calls the disk behind a device removable; a partition answers for its disk.
+bool IsRemovable(std::string const& device) {
+    std::string const folder = "/sys/dev/block/" + device;
+    std::string answer = ReadSystemFile(folder + "/removable");
+    if (answer.empty()) {
+        answer = ReadSystemFile(folder + "/../removable");
+    }
+    return answer.substr(0, 1) == "1";
+}
+
+DriveType TypeOfMount(Mount const& mount) {
+    std::string const& fileSystem = mount.fileSystem;
+    if (mount.IsNetwork() || IsOneOf(fileSystem, {"cifs", "smb3", "smbfs", "nfs", "nfs4", "9p", "afs", "ceph", "davfs",
+                                                  "fuse.davfs", "fuse.sshfs", "fuse.gvfsd-fuse", "fuse.rclone",
+                                                  "fuse.glusterfs", "fuse.curlftpfs", "ncpfs", "lustre"})) {
+        return DriveRemote;
+    }
+    if (IsOneOf(fileSystem, {"iso9660", "udf"})) {
+        return DriveCDRom;
+    }
+    if (IsOneOf(fileSystem, {"tmpfs", "ramfs"})) {
+        return DriveRamDisk;
+    }
+    return IsRemovable(mount.device) ? DriveRemovable : DriveFixed;
+}
+
+DriveType TypeOfServerPath(std::vector<Mount> const& mounts, std::vector<std::string> names) {
+    if (names.empty()) {
+        return DriveNoRootDir;
+    }
+    std::string const server = std::move(names.front());
+    names.erase(names.begin());
+    return FindMountOfServer(mounts, server, names) == nullptr ? DriveNoRootDir : DriveRemote;
+}
+
+} // namespace
+
+bool GetDriveTarget(char16_t letter, std::string& target) {
+    if (!IsDriveLetter(letter)) {
+        return false;
+    }
+    std::string found = GetDriveTable()[static_cast<std::size_t>((letter & ~0x20) - u'A')];
+    if (found.empty()) {
+        return false;
+    }
+    target = found == "/" ? std::string{} : std::move(found);
+    return true;
+}
+
+std::u16string GetDriveLetters() {
+    DriveTable const table = GetDriveTable();
+    std::u16string letters;
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        if (!table[i].empty()) {
+            letters += static_cast<char16_t>(u'A' + i);
+        }
+    }
+    return letters;
+}
+
+DriveType GetDriveTypeW(char16_t const* path) {
+    std::u16string currentDirectory;
+    if (path == nullptr) {
+        if (!GetCurrentDirectoryW(currentDirectory)) {
+            return DriveUnknown;
+        }
+        path = currentDirectory.c_str();
+    }
+    std::u16string_view const text{path};
+    std::vector<Mount> const mounts = ReadMounts();
+    std::string native;
+    if (text.size() >= 2 && text[1] == u':') {
+        if (!GetDriveTarget(text[0], native)) {
+            return DriveNoRootDir;
+        }
+        if (native.rfind("//", 0) == 0) {
+            std::vector<std::string> names;
+            SplitNativeNames(native, names);
+            return TypeOfServerPath(mounts, std::move(names));
+        }
+    } else if (text.substr(0, 2) == u"\\\\") {
+        std::vector<std::string> names;
+        return SplitNames(text, 0, names) ? TypeOfServerPath(mounts, std::move(names)) : DriveNoRootDir;
+    } else if (text.empty() || (text[0] != u'\\' && text[0] != u'/') || !ToNativeName(text, native)) {
+        return DriveNoRootDir;
+    }
+    while (!native.empty() && native.back() == '/') {
+        native.pop_back();
+    }
+    Mount const* const mount = FindMountOfPath(mounts, native);
+    return mount == nullptr ? DriveUnknown : TypeOfMount(*mount);
+}
+
+bool IsNetworkDrive(char16_t letter) {
+    std::string target;
+    if (!GetDriveTarget(letter, target)) {
+        return false;
+    }
+    if (target.rfind("//", 0) == 0) {
+        return true;
+    }
+    std::vector<Mount> const mounts = ReadMounts();
+    Mount const* const mount = FindMountOfPath(mounts, target);
+    if (mount != nullptr && TypeOfMount(*mount) == DriveRemote) {
+        return true;
+    }
+    std::vector<Mount> const remembered = ReadRememberedMounts();
+    Mount const* const absent = FindMountOfPath(remembered, target);
+    return absent != nullptr && absent->IsNetwork();
+}
+
+} // namespace platform
