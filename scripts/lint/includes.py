@@ -13,9 +13,9 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 
 OURS = "zeltools/"
 
-# C's own headers are spelt <cstdio> here, so whatever else ends in .h is the system's; the compiler's vector
-# instructions alone belong to the processor.
-SYSTEM = re.compile(r"(?!zeltools/|[a-z]mmintrin\.h$).*\.h$")
+# C's own headers are spelt <cstdio> here, so whatever else ends in .h is the system's; those for the processor's vector
+# instructions and for OpenMP come with the compiler, on every system.
+SYSTEM = re.compile(r"(?!zeltools/|[a-z]mmintrin\.h$|omp\.h$).*\.h$")
 
 
 def check(tree):
