@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -172,7 +174,15 @@ bool SetFileTime(HANDLE file, FILETIME const* creation, FILETIME const* lastAcce
     timespec const unchanged{0, UTIME_OMIT};
     timespec const times[2] = {lastAccess == nullptr ? unchanged : ToTimeSpec(*lastAccess),
                                lastWrite == nullptr ? unchanged : ToTimeSpec(*lastWrite)};
-    return futimens(DescriptorOf(file), times) == 0 || FailWithErrno();
+    if (futimens(DescriptorOf(file), times) == 0) {
+        return true;
+    }
+    if (errno != EBADF) {
+        return FailWithErrno();
+    }
+    // The descriptor of a file whose content may not be read takes the change only by the file's name.
+    std::string const name = "/proc/self/fd/" + std::to_string(DescriptorOf(file));
+    return utimensat(AT_FDCWD, name.c_str(), times, 0) == 0 || FailWithErrno();
 }
 
 } // namespace platform

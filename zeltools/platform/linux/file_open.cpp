@@ -106,7 +106,11 @@ HANDLE OpenNativeFile(std::string const& native, unsigned int access, unsigned i
     mode_t const mode = (flags & FileAttributeReadOnly) != 0 ? 0444 : 0666;
 
     Opened opened;
-    if (!OpenByDisposition(native, openFlags, mode, disposition, opened)) {
+    bool isOpen = OpenByDisposition(native, openFlags, mode, disposition, opened);
+    if (!isOpen && errno == EACCES && !reads && !needsWriting) { // its attributes may be had without its content
+        isOpen = OpenByDisposition(native, O_PATH | O_CLOEXEC, mode, disposition, opened);
+    }
+    if (!isOpen) {
         if (errno == EEXIST) {
             SetLastError(ErrorFileExists);
         } else {

@@ -148,7 +148,11 @@ bool TakeShareModes(int descriptor, unsigned int uses, unsigned int shares) {
 }
 
 bool IsUseDenied(std::string const& nativePath, unsigned int uses) {
-    int const descriptor = open(nativePath.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
+    return IsUseDenied(AT_FDCWD, nativePath.c_str(), uses);
+}
+
+bool IsUseDenied(int folder, char const* name, unsigned int uses) {
+    int const descriptor = openat(folder, name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0) {
         return false;
     }

@@ -33,4 +33,7 @@ bool TakeShareModes(int descriptor, unsigned int uses, unsigned int shares);
 /// cannot be found out, since the file cannot be read.
 bool IsUseDenied(std::string const& nativePath, unsigned int uses);
 
+/// The same for a name in an open folder.
+bool IsUseDenied(int folder, char const* name, unsigned int uses);
+
 } // namespace platform
