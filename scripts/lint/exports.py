@@ -21,7 +21,8 @@ def check(tree):
     listing = subprocess.run(["nm", "-D", "-C", "--defined-only", library], check=True, capture_output=True, text=True)
     for line in listing.stdout.splitlines():
         symbol = line.split(" ", 2)[2] if not line.startswith(" ") else line.split(None, 1)[1]
-        if owner_of(symbol) not in marked:
+        names = names_of(symbol)
+        if names[0] == "platform" or not marked.intersection(names):
             yield f"{library.name}: exports {symbol}, which no public header marks ZEL_API"
 
 
@@ -30,16 +31,15 @@ def marked_names(tree):
     names = set()
     for header in tree.public_headers:
         text = re.sub(r"//.*", "", tree.text(header))
+        names.update(re.findall(r"\b(?:class|struct|union)\s+ZEL_API\s+(\w+)", text))
         for match in re.finditer(r"\bZEL_API\b([^;{]*)", text):
             names.update(declared(match.group(1)))
     return names
 
 
 def declared(declaration):
-    kind = re.match(r"\s*(?:class|struct|union|enum(?:\s+class)?)\s+(\w+)", declaration)
-    if kind:
-        yield kind[1]
-    elif re.search(r"\boperator\b", declaration):
+    """The name of the function or object that is declared."""
+    if re.search(r"\boperator\b", declaration):
         yield "operator"
     else:
         function = re.search(r"(\w+)\s*\(", declaration) or re.search(r"(\w+)\s*(?:\[.*\])?\s*(?:=.*)?$", declaration)
@@ -47,22 +47,23 @@ def declared(declaration):
             yield function[1]
 
 
-def owner_of(symbol):
-    """The outermost name of a demangled symbol: CXTString of
-    "bool CXTString<char>::Find<int>(char const*) const", operator for a free one."""
-    symbol = ABOUT.sub("", symbol.replace("(anonymous namespace)", "anonymous"))
-    symbol = symbol.split("@")[0]
+def names_of(symbol):
+    """The outermost and the innermost name of a demangled symbol: CXTString and Find of
+    "bool CXTString<char>::Find<int>(char const*) const", operator for a free one. Inline code of public headers may
+    need something of namespace detail, which is marked like the rest."""
+    symbol = ABOUT.sub("", symbol).split("@")[0]
     if re.match(r"(?:[\w:<>, *&]+ )?operator\b", symbol):
-        return "operator"
-    depth, start, last = 0, 0, len(symbol)
-    for place, character in enumerate(symbol):
-        if character == "<":
-            depth += 1
-        elif character == ">":
-            depth -= 1
-        elif depth == 0 and character == " ":
-            start = place + 1  # what stood before was the type of the result
-        elif depth == 0 and character == "(":
-            last = place
+        return ["operator"]
+    symbol = symbol.split("::operator")[0]
+    depth, plain = 0, ""
+    for character in symbol.removesuffix(" const"):
+        depth -= character == ">"
+        if depth == 0 and character == "(":
             break
-    return re.match(r"\W*(\w*)", symbol[start:last])[1]
+        if depth == 0 and character == " ":
+            plain = ""  # what stood before was the type of the result
+        elif depth == 0 and character != ">":
+            plain += character if character != "<" else ""
+        depth += character == "<"
+    parts = plain.lstrip("*&").removeprefix("detail::").split("::")
+    return [parts[0], parts[-1]]
