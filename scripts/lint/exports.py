@@ -65,5 +65,5 @@ def names_of(symbol):
         elif depth == 0 and character != ">":
             plain += character if character != "<" else ""
         depth += character == "<"
-    parts = plain.lstrip("*&").removeprefix("detail::").split("::")
+    parts = plain.strip("*&").removeprefix("detail::").split("::")
     return [parts[0], parts[-1]]
