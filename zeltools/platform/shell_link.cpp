@@ -127,17 +127,21 @@ void ParseLinkInfo(Reader const& info, ShellLink& link) {
     bool const hasWide = info.Number(0x04, 4) >= WideLinkInfoHeaderSize;
     unsigned int const flags = info.Number(0x08, 4);
     std::u16string const suffix = TextAt(info, info.Number(0x18, 4), hasWide ? info.Number(0x20, 4) : 0);
+    auto const join = [&](std::u16string base) {
+        if (!suffix.empty()) {
+            base += base.ends_with(u'\\') ? u"" : u"\\";
+            base += suffix;
+        }
+        return base;
+    };
     if ((flags & HasLocalBasePath) != 0) {
-        link.localPath = TextAt(info, info.Number(0x10, 4), hasWide ? info.Number(0x1C, 4) : 0) + suffix;
+        link.localPath = join(TextAt(info, info.Number(0x10, 4), hasWide ? info.Number(0x1C, 4) : 0));
     }
     if ((flags & HasNetworkLink) != 0) {
         Reader const network = info.Inner(info.Number(0x14, 4));
         unsigned int const nameOffset = network.Number(0x08, 4);
         link.networkPath =
-            TextAt(network, nameOffset, nameOffset > NarrowNetworkLinkSize ? network.Number(0x14, 4) : 0);
-        if (!suffix.empty()) {
-            link.networkPath += link.networkPath.ends_with(u'\\') ? suffix : u'\\' + suffix;
-        }
+            join(TextAt(network, nameOffset, nameOffset > NarrowNetworkLinkSize ? network.Number(0x14, 4) : 0));
     }
 }
 

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/files/paths/wildcards.h"
+
+#include "zeltools/files/paths/extension_lists.h"
+#include "zeltools/files/paths/text_view_private.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+
+namespace {
+
+using Text = CXTString<char16_t>;
+
+TEST(Wildcards, MatchesNames) {
+    struct {
+        char16_t const* name;
+        char16_t const* pattern;
+        bool caseSensitive;
+        bool isMatch;
+    } const rows[] = {
+        {u"ABC", u"a*C", false, true},
+        {u"ABC", u"*a*c", false, false}, // without a first phase nothing ignores case
+        {u"ABC", u"a*c", false, false},
+        {u"ABC", u"a*C", true, false},
+        {u"a.tif", u"*.tif", true, true},
+        {u"a.tiff", u"*.tif", true, false},
+        {u"ab", u"?", true, false},
+        {u"", u"", true, true},
+        {u"", u"**", true, true},
+        {u"", u"?", true, false},
+        {u"abc", u"abc*", true, true},
+        {u"mississippi", u"m*iss*pi", true, true},
+        {u"mississippi", u"m*iss*z", true, false},
+        {u"a", u"*?*?", true, false},
+        {u"\x0141x", u"Ax", false, true}, // the low 8 bits of U+0141 are those of A
+        {u"\x0141x", u"Ax", true, false},
+        {u"\x0100", u"", false, false},
+    };
+    for (auto const& row : rows) {
+        EXPECT_EQ(fileMatchWilcards(row.name, row.pattern, row.caseSensitive), row.isMatch)
+            << testing::PrintToString(std::u16string(row.name)) << testing::PrintToString(std::u16string(row.pattern));
+    }
+}
+
+// The obvious definition, exponential but short.
+bool SlowMatch(std::u16string_view name, std::u16string_view pattern) {
+    if (pattern.empty()) {
+        return name.empty();
+    }
+    if (pattern[0] == u'*') {
+        return SlowMatch(name, pattern.substr(1)) || (!name.empty() && SlowMatch(name.substr(1), pattern));
+    }
+    return !name.empty() && (pattern[0] == u'?' || pattern[0] == name[0]) &&
+           SlowMatch(name.substr(1), pattern.substr(1));
+}
+
+TEST(Wildcards, AgreesWithTheObviousDefinition) {
+    unsigned int const seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    int matches = 0;
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string name;
+        std::u16string pattern;
+        for (auto count = random() % 10; count > 0; --count) {
+            name += u"ab"[random() % 2];
+        }
+        for (auto count = random() % 8; count > 0; --count) {
+            pattern += u"ab*?*"[random() % 5];
+        }
+        bool const expected = SlowMatch(name, pattern);
+        matches += expected;
+        ASSERT_EQ(fileMatchWilcards(name.c_str(), pattern.c_str(), true), expected)
+            << testing::PrintToString(name) << testing::PrintToString(pattern);
+    }
+    EXPECT_GT(matches, 500);
+}
+
+TEST(Wildcards, TableMatchesAnyOfItsPatterns) {
+    CHashTable<Text> table;
+    EXPECT_FALSE(fileMatchWilcards(u"a.tif", table));
+    Text list = u"TIF;jpg";
+    EXPECT_EQ(fileGetHashFromExtensionList(list, table, true), 2);
+    EXPECT_TRUE(fileMatchWilcards(u"Wood.JPG", table));
+    EXPECT_FALSE(fileMatchWilcards(u"Wood.png", table));
+    list = u"png";
+    EXPECT_EQ(fileGetHashFromExtensionList(list, table, true), 1);
+    EXPECT_FALSE(fileMatchWilcards(u"Wood.JPG", table)); // the table was emptied
+}
+
+TEST(ExtensionLists, AreCleaned) {
+    struct {
+        char16_t const* list;
+        bool extensions;
+        char16_t const* clean;
+    } const rows[] = {
+        {u" TIF, .png;b.c tif,,*.tif ", true, u"*.tif *.png b.c"},
+        {u"abc", false, u"*abc*"},
+        {u"a?c *.x", false, u"a?c **.x*"},
+        {u"\"Two Words\" x", false, u"two words *x*"},
+        {u"\"open x", false, u"open *x*"}, // without a closing quote the word alone is literal
+        {u"\"\" \"", false, u""},
+        {u"a\" b", false, u"a *b*"},
+        {u"x\x3000y\x00A0z", true, u"*.x *.y *.z"}, // wide and no-break spaces separate
+        {u"", true, u""},
+    };
+    for (auto const& row : rows) {
+        Text const clean = fileCleanExtensionList(row.list, row.extensions, nullptr);
+        EXPECT_EQ(std::u16string(detail::View(clean)), row.clean);
+    }
+
+    CHashTable<Text> known;
+    known.Insert(u"*.tif");
+    EXPECT_EQ(std::u16string(fileCleanExtensionList(u"tif png", true, &known)), u"*.png");
+    EXPECT_EQ(known.GetCount(), 2U);
+
+    Text const longList(u'x', 300);
+    EXPECT_EQ(fileCleanExtensionList(longList, true, nullptr).GetLength(), 259 + 2);
+}
+
+} // namespace
