@@ -20,17 +20,12 @@ namespace platform {
 /// @return false when the signal could not be sent: the thread has ended, or the system has no room for a signal.
 bool CancelSynchronousIo(HANDLE thread);
 
-/// Marks the calls that the calling thread makes while it lives as ones that another thread may cancel. They nest.
-/// A cancellation is forgotten when the outermost one ends.
-class [[nodiscard]] CancellableCalls {
-public:
-    CancellableCalls();
-    ~CancellableCalls();
-    CancellableCalls(CancellableCalls const&) = delete;
-    CancellableCalls& operator=(CancellableCalls const&) = delete;
-};
+/// Marks the calls that the calling thread makes from Begin to End as ones that another thread may cancel. The pairs
+/// nest. A cancellation is forgotten when the outermost one begins or ends.
+void BeginCancellableCalls();
+void EndCancellableCalls();
 
-/// True when the calling thread stands inside CancellableCalls and CancelSynchronousIo has reached it there.
+/// True when the calling thread stands between Begin and End and CancelSynchronousIo has reached it there.
 bool IsCallCancelled();
 
 /// Makes a call that answers -1 and sets errno, and repeats it for as long as a signal interrupts it that is no

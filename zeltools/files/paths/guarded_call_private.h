@@ -12,17 +12,23 @@
 
 #include "zeltools/files/paths/io_time_out.h"
 #include "zeltools/foundation/xstring.h"
-#include "zeltools/platform/blocking_calls.h"
 
 #include <optional>
 
 namespace detail {
 
-/// Makes the calling thread's guard of these operations, in the storage of the caller.
-void BuildGuard(IoTimeOutGuard& guard, unsigned int timeOutMs, unsigned int* timeOutWord);
+/// Prepares a guard of the calling thread in the caller's storage.
+void BuildGuard(IoTimeOutGuard& guard, unsigned int timeOut, unsigned int* timeOutWord);
+
+/// Starts the watch; nothing when it runs already. Where no thread can be started for it, the call that follows goes
+/// unguarded.
 void BeginGuard(IoTimeOutGuard& guard);
+
+/// Ends the watch that the last BeginGuard started; nothing when none runs. GetLastError stays as it is.
 /// @return true when the limit was reached.
 bool EndGuard(IoTimeOutGuard& guard);
+
+/// Gives back what BuildGuard took, and ends the watch before if it still runs.
 void FreeGuard(IoTimeOutGuard& guard);
 
 /// True where the rule asks for a guard on this path.
@@ -39,25 +45,33 @@ public:
     GuardedCall(GuardedCall const&) = delete;
     GuardedCall& operator=(GuardedCall const&) = delete;
 
-    /// Makes the call and gives back what it gives, void too. After a limit was reached, later calls go unguarded:
-    /// the word then says "no limit".
+    /// Makes the call and gives back what it gives, void too. Each call has the whole limit, even after an earlier one
+    /// has reached it.
     template <class Call>
     auto Run(Call call) {
-        Scope scope(*this);
+        Scope const scope(guard);
         return call();
     }
 
 private:
-    /// Ends the guard after the call even where the call throws.
+    /// Ends the guard after the call, even where the call throws; without a guard it does nothing.
     class Scope {
     public:
-        explicit Scope(GuardedCall& call);
-        ~Scope();
+        explicit Scope(std::optional<IoTimeOutGuard>& callGuard) : guard(callGuard) {
+            if (guard) {
+                BeginGuard(*guard);
+            }
+        }
+        ~Scope() {
+            if (guard) {
+                EndGuard(*guard);
+            }
+        }
         Scope(Scope const&) = delete;
         Scope& operator=(Scope const&) = delete;
 
     private:
-        IoTimeOutGuard* guard; // null where nothing is guarded
+        std::optional<IoTimeOutGuard>& guard;
     };
 
     std::optional<IoTimeOutGuard> guard;

@@ -219,16 +219,14 @@ bool CancelSynchronousIo(HANDLE thread) {
     return SendThreadSignal(*record, CancelSignal());
 }
 
-CancellableCalls::CancellableCalls() {
+void BeginCancellableCalls() {
     if (cancellableDepth == 0) {
         callCancelled = false;
     }
     cancellableDepth = cancellableDepth + 1;
 }
 
-CancellableCalls::~CancellableCalls() {
-    cancellableDepth = cancellableDepth - 1;
-}
+void EndCancellableCalls() { cancellableDepth = cancellableDepth - 1; }
 
 bool IsCallCancelled() {
     return cancellableDepth > 0 && callCancelled;
