@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/process/custom_thread.h"
+
+#include "zeltools/process/application_state_private.h"
+#include "zeltools/process/thread_registry.h"
+#include "zeltools/process/win_custom_thread.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+template <class Condition>
+void WaitUntil(Condition condition) {
+    while (!condition()) {
+        CXThread::SleepCurrentThread(0);
+    }
+}
+
+/// Works until it is told to stop.
+class Worker : public CCustomThread {
+public:
+    explicit Worker(bool keep = true) : CCustomThread(keep) {}
+    std::atomic<unsigned long long> turns{0};
+    static inline std::atomic<int> sawCancel{0};
+
+protected:
+    bool Run() override {
+        while (!MustTerminate()) {
+            ++turns;
+            SleepCurrentThread(0);
+        }
+        sawCancel += ShouldCancelThread();
+        return true;
+    }
+};
+
+/// Listens to nobody.
+class Deaf : public CCustomThread {
+public:
+    Deaf() : CCustomThread(true) {}
+    std::atomic<unsigned long long> turns{0};
+
+protected:
+    bool Run() override {
+        for (;;) {
+            ++turns;
+            ShouldCancelThread(); // takes the application lock again and again, which its killer must not inherit
+        }
+    }
+};
+
+class CustomThreads : public testing::Test {
+protected:
+    CustomThreads() { Worker::sawCancel = 0; }
+    ~CustomThreads() override { ApplicationCloseStarted = false; }
+};
+
+TEST_F(CustomThreads, AreCountedFromConstructionToDestruction) {
+    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U);
+    {
+        Worker const one;
+        CCustomThread const two([](void*) { return true; }, nullptr);
+        EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 2U);
+    }
+    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U);
+}
+
+TEST_F(CustomThreads, StopThreadReachesOneOnly) {
+    Worker one;
+    Worker other;
+    CXThread::BeginThread(&one);
+    one.StopThread();
+    WaitUntil([&] { return one.IsTerminated(); });
+    EXPECT_EQ(Worker::sawCancel, 0); // no flag of the registry
+    EXPECT_FALSE(other.MustTerminate());
+    EXPECT_FALSE(CCustomThread::ThreadsMustTerminate());
+}
+
+TEST_F(CustomThreads, EndIsAskedOfRunningSuspendedAndUnstartedOnes) {
+    Worker running;
+    Worker suspended;
+    Worker unstarted;
+    CXThread::BeginThread(&running);
+    CXThread::BeginThread(&suspended, xThreadPriorityNormal, BeginThreadSuspended);
+    CCustomThread::AskForThreadsEnd(false);
+    WaitUntil([&] { return running.IsTerminated(); });
+    EXPECT_TRUE(suspended.IsSuspended());
+    EXPECT_TRUE(unstarted.MustTerminate());
+    CCustomThread::AskForThreadsEnd(true);
+    WaitUntil([&] { return suspended.IsTerminated(); });
+    EXPECT_FALSE(suspended.IsSuspended());
+    EXPECT_EQ(Worker::sawCancel, 2);
+    EXPECT_TRUE(CCustomThread::ThreadsMustTerminate());
+    EXPECT_FALSE(ShouldCancelThread()); // the thread without an id must not stand for the caller
+}
+
+TEST_F(CustomThreads, WaitEndsAndLeavesTheWordAsAsked) {
+    for (int round = 0; round < 2; ++round) {
+        CCustomThread::WaitEndOfThreads(false);
+        EXPECT_FALSE(CCustomThread::ThreadsMustTerminate());
+    }
+    for (int number = 0; number < 8; ++number) {
+        CXThread::BeginThread(new Worker(false), xThreadPriorityNormal, BeginThreadAutoDelete | (number & 1U));
+    }
+    CCustomThread::WaitEndOfThreads(true);
+    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U);
+    EXPECT_TRUE(CCustomThread::ThreadsMustTerminate());
+    Worker const late;
+    CCustomThread::WaitEndOfThreads(true); // the word is set: it must not wait for the late one
+}
+
+TEST_F(CustomThreads, NoFlagOutlivesTheWait) {
+    for (int round = 0; round < 50; ++round) {
+        std::vector<unsigned long long> ids;
+        for (int number = 0; number < 4; ++number) {
+            auto* const worker = new Worker(false);
+            CXThread::BeginThread(worker, xThreadPriorityNormal, BeginThreadAutoDelete | BeginThreadSuspended);
+            ids.push_back(worker->GetThreadID());
+            worker->ResumeThread();
+        }
+        CCustomThread::WaitEndOfThreads(false);
+        for (unsigned long long const id : ids) {
+            ASSERT_FALSE(ShouldCancelThread(id));
+        }
+    }
+}
+
+// Killed threads stand for ever on their objects, which therefore are never deleted.
+TEST_F(CustomThreads, HardTerminationKillsTheKillableAndTheirChildren) {
+    EXPECT_FALSE(CCustomThread::HardThreadsTermination(false));
+    SetCancelThread(true, 4'000'000'000ULL); // from now on each question takes the lock
+    auto* const killable = new Deaf;
+    Worker spared;
+    static std::atomic<unsigned long long> childTurns;
+    static std::atomic<unsigned long long> childId;
+    std::thread child([] {
+        childId = CXThread::GetCurrentThreadID();
+        for (;;) {
+            ++childTurns;
+        }
+    });
+    child.detach();
+    killable->SetFlag(ThreadKillable);
+    CXThread::BeginThread(killable);
+    CXThread::BeginThread(&spared);
+    WaitUntil([&] { return killable->turns > 0 && spared.turns > 0 && childTurns > 0; });
+    AttachThread(childId, killable->GetThreadID());
+
+    EXPECT_TRUE(CCustomThread::HardThreadsTermination(true));
+    EXPECT_TRUE(killable->IsTerminated());
+    EXPECT_FALSE(spared.IsTerminated());
+    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 1U);
+    unsigned long long const turns = killable->turns + childTurns;
+    unsigned long long const sparedTurns = spared.turns;
+    WaitUntil([&] { return spared.turns > sparedTurns + 1000; });
+    EXPECT_EQ(killable->turns + childTurns, turns);
+    CXArray<unsigned long long> children;
+    EXPECT_EQ(GetChildThreads(killable->GetThreadID(), children), 0); // and the application lock is free
+    EXPECT_FALSE(CCustomThread::HardThreadsTermination(true));        // nothing killable is left
+    SetCancelThread(false, 4'000'000'000ULL);
+    spared.StopThread();
+    WaitUntil([&] { return spared.IsTerminated(); });
+}
+
+TEST(CWinCustomThread, InitOleKeepsItsState) {
+    CWinCustomThread thread(true);
+    EXPECT_TRUE(thread.InitOle(true));
+    EXPECT_TRUE(thread.InitOle(true));
+    EXPECT_TRUE(thread.InitOle(false));
+    EXPECT_TRUE(thread.IsKindOf(CCustomThread::GetThisRuntimeClassDescriptor()));
+}
+
+} // namespace

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/process/xcritical_section.h"
+
+#include "zeltools/process/xsingle_lock.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+TEST(CXCriticalSection, LetsOneThreadInAtATime) {
+    CXCriticalSection lock;
+    long long sum = 0; // not atomic: two threads inside would lose turns
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back([&] {
+            for (int turn = 0; turn < 20'000; ++turn) {
+                lock.Lock();
+                CXSingleLock const nested(&lock, true);
+                ++sum;
+                lock.Unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(sum, 80'000);
+    EXPECT_FALSE(lock.IsLocked());
+}
+
+TEST(CXCriticalSection, IsLockedUntilTheOutermostUnlock) {
+    CXCriticalSection lock;
+    EXPECT_TRUE(lock.Lock());
+    EXPECT_TRUE(lock.Lock());
+    std::thread([&] { EXPECT_TRUE(lock.IsLocked()); }).join();
+    EXPECT_TRUE(lock.Unlock());
+    EXPECT_TRUE(lock.IsLocked());
+    EXPECT_TRUE(lock.Unlock());
+    EXPECT_FALSE(lock.IsLocked());
+}
+
+TEST(CXSingleLock, HoldsOnceAndReleasesHoweverItIsLeft) {
+    CXCriticalSection first;
+    CXCriticalSection second;
+    {
+        CXSingleLock hold(&first);
+        EXPECT_FALSE(first.IsLocked());
+        EXPECT_FALSE(hold.Unlock()); // must not leave what it has not entered
+        EXPECT_TRUE(hold.Lock());
+        EXPECT_TRUE(hold.Lock());
+        hold.Attach(&second);
+        EXPECT_FALSE(first.IsLocked()); // once, although Lock was called twice
+        EXPECT_FALSE(hold.IsLocked());
+        EXPECT_TRUE(hold.Lock());
+        EXPECT_TRUE(second.IsLocked());
+    }
+    EXPECT_FALSE(second.IsLocked());
+    try {
+        CXSingleLock const hold(&first, true);
+        throw 1;
+    } catch (int) {
+        EXPECT_FALSE(first.IsLocked());
+    }
+}
+
+TEST(CXSingleLock, NullIsNeverHeld) {
+    CXSingleLock none;
+    CXSingleLock null(nullptr, true);
+    EXPECT_FALSE(none.Lock());
+    EXPECT_FALSE(null.IsLocked());
+    EXPECT_FALSE(null.Unlock());
+}
+
+} // namespace
