@@ -2,6 +2,7 @@
 #include "zeltools/platform/utf8.h"
 
 #include <bit>
+#include <cstring>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -43,37 +44,71 @@ std::ptrdiff_t InvalidPartLength(unsigned char const* source, unsigned char cons
     return length;
 }
 
-// With `write` false nothing is stored, and `out` only counts. Each store is preceded by a check of the room, so one
-// loop serves exact targets, generous ones and too small ones.
-template <bool write>
+// How a conversion treats its target. One body serves all: what a mode does not need is compiled away.
+enum class Mode {
+    Measure, ///< Only counts.
+    Roomy,   ///< Writes, with room for the worst case.
+    Bounded, ///< Writes, and looks before each step whether it fits.
+};
+
+// A block of sixteen characters is looked at once: its mask tells where the next one beyond ASCII stands, so that a
+// letter with an accent now and then neither waits for another load nor leaves the block. The ASCII between two such
+// is stored as a whole block, whose rest is written over next.
+constexpr std::ptrdiff_t blockSize = 16;
+// The last load of a block begins at its last character.
+constexpr std::ptrdiff_t blockReach = 2 * blockSize;
+
+template <Mode mode>
 TextConversion Decode(unsigned char const* source, std::size_t length, char16_t* target, std::size_t room) {
+    constexpr bool write = mode != Mode::Measure;
     unsigned char const* const end = source + length;
     std::size_t out = 0;
     bool invalid = false;
-    auto const fits = [&](std::size_t units) { return !write || room - out >= units; };
-    auto const put = [&](char16_t unit) {
+    auto const fits = [&](std::size_t units) { return mode != Mode::Bounded || room - out >= units; };
+    auto const put = [&](unsigned unit) {
         if constexpr (write)
-            target[out] = unit;
+            target[out] = static_cast<char16_t>(unit);
         ++out;
     };
     while (source < end) {
 #if defined(__SSE2__)
-        while (end - source >= 16 && fits(16)) {
-            __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source));
-            auto const beyond = static_cast<unsigned>(_mm_movemask_epi8(block));
+        auto const putBlock = [&](__m128i block) {
             if constexpr (write) {
                 __m128i const zero = _mm_setzero_si128();
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(target + out), _mm_unpacklo_epi8(block, zero));
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(target + out + 8), _mm_unpackhi_epi8(block, zero));
             }
-            int const ascii = beyond ? std::countr_zero(beyond) : 16;
-            source += ascii;
-            out += static_cast<std::size_t>(ascii);
-            if (beyond)
-                break;
+        };
+        bool inBlocks = true;
+        while (inBlocks && end - source >= blockReach && fits(blockReach)) {
+            __m128i block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source));
+            auto const beyond = static_cast<unsigned>(_mm_movemask_epi8(block)) | 1u << blockSize;
+            putBlock(block);
+            if (beyond == 1u << blockSize) { // a jump, so that the next load need not wait for the mask
+                source += blockSize;
+                out += blockSize;
+                continue;
+            }
+            std::ptrdiff_t at = 0;
+            for (;;) {
+                int const ascii = std::countr_zero(beyond >> at);
+                at += ascii;
+                out += static_cast<std::size_t>(ascii);
+                while (at < blockSize && (beyond >> at & 1) != 0) {
+                    unsigned char const lead = source[at];
+                    inBlocks = lead >= 0xC2 && lead < 0xE0 && IsContinuation(source[at + 1]);
+                    if (!inBlocks)
+                        break;
+                    put((lead & 0x1Fu) << 6 | (source[at + 1] & 0x3Fu));
+                    at += 2;
+                }
+                if (at >= blockSize || !inBlocks)
+                    break;
+                block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + at));
+                putBlock(block);
+            }
+            source += at;
         }
-        if (source == end)
-            break;
 #endif
         if (*source < 0x80) {
             if (!fits(1))
@@ -90,7 +125,7 @@ TextConversion Decode(unsigned char const* source, std::size_t length, char16_t*
                     break;
                 if (!fits(1))
                     return {out, false, invalid};
-                put(static_cast<char16_t>(unit));
+                put(unit);
                 source += 3;
             }
             if (source == end || *source < 0x80)
@@ -99,15 +134,15 @@ TextConversion Decode(unsigned char const* source, std::size_t length, char16_t*
                 return {out, false, invalid};
             unsigned char const lead = *source;
             if (lead >= 0xC2 && lead < 0xE0 && end - source >= 2 && IsContinuation(source[1])) {
-                put(static_cast<char16_t>((lead & 0x1Fu) << 6 | (source[1] & 0x3Fu)));
+                put((lead & 0x1Fu) << 6 | (source[1] & 0x3Fu));
                 source += 2;
             } else if (std::ptrdiff_t const part = InvalidPartLength(source, end); part == 4) {
                 if (!fits(2))
                     return {out, false, invalid};
                 unsigned const character =
                     (lead & 0x07u) << 18 | (source[1] & 0x3Fu) << 12 | (source[2] & 0x3Fu) << 6 | (source[3] & 0x3Fu);
-                put(static_cast<char16_t>(0xD7C0 + (character >> 10)));
-                put(static_cast<char16_t>(0xDC00 + (character & 0x3FF)));
+                put(0xD7C0 + (character >> 10));
+                put(0xDC00 + (character & 0x3FF));
                 source += 4;
             } else {
                 put(replacement);
@@ -119,37 +154,80 @@ TextConversion Decode(unsigned char const* source, std::size_t length, char16_t*
     return {out, true, invalid};
 }
 
-template <bool write>
+template <Mode mode>
 TextConversion Encode(char16_t const* source, std::size_t length, char* target, std::size_t room) {
+    constexpr bool write = mode != Mode::Measure;
     char16_t const* const end = source + length;
     std::size_t out = 0;
     bool invalid = false;
-    auto const fits = [&](std::size_t bytes) { return !write || room - out >= bytes; };
-    auto const put = [&](unsigned byte) {
-        if constexpr (write)
-            target[out] = static_cast<char>(byte);
-        ++out;
+    auto const fits = [&](std::size_t bytes) { return mode != Mode::Bounded || room - out >= bytes; };
+    auto const put = [&](auto... bytes) {
+        if constexpr (write) {
+            std::size_t place = out;
+            ((target[place++] = static_cast<char>(bytes)), ...);
+        }
+        out += sizeof...(bytes);
+    };
+    auto const put3 = [&](unsigned unit) {
+        put(0xE0u | unit >> 12, 0x80u | (unit >> 6 & 0x3Fu), 0x80u | (unit & 0x3Fu));
     };
     while (source < end) {
 #if defined(__SSE2__)
-        while (end - source >= 16 && fits(16)) {
-            __m128i const first = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source));
-            __m128i const second = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + 8));
+        bool inBlocks = true;
+        while (inBlocks && end - source >= blockReach && fits(2 * blockReach)) {
+            auto const load = [&](std::ptrdiff_t at) {
+                return _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + at));
+            };
+            __m128i first = load(0);
+            __m128i second = load(8);
             __m128i const above = _mm_set1_epi16(static_cast<short>(0xFF80));
-            __m128i const both = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, above), _mm_setzero_si128()),
-                                                 _mm_cmpeq_epi16(_mm_and_si128(second, above), _mm_setzero_si128()));
-            auto const beyond = static_cast<unsigned>(_mm_movemask_epi8(both)) ^ 0xFFFFu;
-            if constexpr (write)
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(target + out), _mm_packus_epi16(first, second));
-            int const ascii = beyond ? std::countr_zero(beyond) : 16;
-            source += ascii;
-            out += static_cast<std::size_t>(ascii);
-            if (beyond)
-                break;
+            __m128i const ascii = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, above), _mm_setzero_si128()),
+                                                  _mm_cmpeq_epi16(_mm_and_si128(second, above), _mm_setzero_si128()));
+            unsigned const beyond = static_cast<unsigned>(_mm_movemask_epi8(ascii)) ^ 0x1FFFFu;
+            auto const putBlock = [&] {
+                if constexpr (write)
+                    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + out), _mm_packus_epi16(first, second));
+            };
+            putBlock();
+            if (beyond == 1u << blockSize) {
+                source += blockSize;
+                out += blockSize;
+                continue;
+            }
+            std::ptrdiff_t at = 0;
+            for (;;) {
+                int const run = std::countr_zero(beyond >> at);
+                at += run;
+                out += static_cast<std::size_t>(run);
+                while (at < blockSize && (beyond >> at & 1) != 0) {
+                    unsigned const unit = source[at];
+                    inBlocks = unit < 0x800;
+                    if (!inBlocks)
+                        break;
+                    put(0xC0u | unit >> 6, 0x80u | (unit & 0x3Fu));
+                    ++at;
+                }
+                if (at >= blockSize || !inBlocks)
+                    break;
+                first = load(at);
+                second = load(at + 8);
+                putBlock();
+            }
+            source += at;
         }
 #endif
         // Stays here through a run beyond ASCII.
         while (source < end) {
+            if constexpr (mode == Mode::Roomy) {
+                // Three bytes go out as four in one store; the fourth is the next character's.
+                while (end - source >= 2 && *source >= 0x800 && (*source & 0xF800) != 0xD800) {
+                    unsigned const unit = *source++;
+                    unsigned const bytes =
+                        (0xE0u | unit >> 12) | (0x80u | (unit >> 6 & 0x3Fu)) << 8 | (0x80u | (unit & 0x3Fu)) << 16;
+                    std::memcpy(target + out, &bytes, sizeof bytes);
+                    out += 3;
+                }
+            }
             char16_t const unit = *source;
             if (unit < 0x80) {
                 if (!fits(1))
@@ -161,27 +239,25 @@ TextConversion Encode(char16_t const* source, std::size_t length, char* target, 
             if (unit < 0x800) {
                 if (!fits(2))
                     return {out, false, invalid};
-                put(0xC0u | unit >> 6);
-                put(0x80u | (unit & 0x3Fu));
+                put(0xC0u | unit >> 6, 0x80u | (unit & 0x3Fu));
+                ++source;
+            } else if (unit < 0xD800 || unit > 0xDFFF) {
+                if (!fits(3))
+                    return {out, false, invalid};
+                put3(unit);
                 ++source;
             } else if (IsHigh(unit) && end - source >= 2 && IsLow(source[1])) {
                 if (!fits(4))
                     return {out, false, invalid};
                 unsigned const character = 0x10000u + ((unit & 0x3FFu) << 10) + (source[1] & 0x3FFu);
-                put(0xF0u | character >> 18);
-                put(0x80u | (character >> 12 & 0x3Fu));
-                put(0x80u | (character >> 6 & 0x3Fu));
-                put(0x80u | (character & 0x3Fu));
+                put(0xF0u | character >> 18, 0x80u | (character >> 12 & 0x3Fu), 0x80u | (character >> 6 & 0x3Fu),
+                    0x80u | (character & 0x3Fu));
                 source += 2;
             } else {
                 if (!fits(3))
                     return {out, false, invalid};
-                bool const lone = IsHigh(unit) || IsLow(unit);
-                unsigned const character = lone ? replacement : unit;
-                invalid = invalid || lone;
-                put(0xE0u | character >> 12);
-                put(0x80u | (character >> 6 & 0x3Fu));
-                put(0x80u | (character & 0x3Fu));
+                put3(replacement);
+                invalid = true;
                 ++source;
             }
         }
@@ -242,11 +318,17 @@ std::size_t Utf8Length(char16_t const* source, std::size_t length) {
 
 TextConversion DecodeUtf8(char const* source, std::size_t length, char16_t* target, std::size_t room) {
     auto const* const bytes = reinterpret_cast<unsigned char const*>(source);
-    return target ? Decode<true>(bytes, length, target, room) : Decode<false>(bytes, length, nullptr, 0);
+    if (!target)
+        return Decode<Mode::Measure>(bytes, length, nullptr, 0);
+    return room >= Utf16Room(length) ? Decode<Mode::Roomy>(bytes, length, target, room)
+                                     : Decode<Mode::Bounded>(bytes, length, target, room);
 }
 
 TextConversion EncodeUtf8(char16_t const* source, std::size_t length, char* target, std::size_t room) {
-    return target ? Encode<true>(source, length, target, room) : Encode<false>(source, length, nullptr, 0);
+    if (!target)
+        return Encode<Mode::Measure>(source, length, nullptr, 0);
+    return room >= Utf8Room(length) ? Encode<Mode::Roomy>(source, length, target, room)
+                                    : Encode<Mode::Bounded>(source, length, target, room);
 }
 
 } // namespace platform

@@ -19,7 +19,7 @@ constexpr char16_t replacement = 0xFFFD;
 enum class PageKind {
     SingleByte, ///< A table of 256.
     DoubleByte, ///< A lead byte from 0x81 on takes the next byte with it, valid or not.
-    Other,      ///< More bytes, or shifts between sets.
+    Other,      ///< Up to four bytes.
 };
 
 struct Page {
@@ -28,59 +28,34 @@ struct Page {
     PageKind kind;
 };
 
-// Numbers of the original platform; sorted.
+// Numbers of the original platform; sorted. UTF-7 is left out: its many spellings of one text hide things from checks.
 constexpr Page pages[] = {
-    {437, "CP437", PageKind::SingleByte},
-    {737, "CP737", PageKind::SingleByte},
-    {775, "CP775", PageKind::SingleByte},
-    {850, "CP850", PageKind::SingleByte},
-    {852, "CP852", PageKind::SingleByte},
-    {855, "CP855", PageKind::SingleByte},
-    {857, "CP857", PageKind::SingleByte},
-    {858, "CP858", PageKind::SingleByte},
-    {860, "CP860", PageKind::SingleByte},
-    {861, "CP861", PageKind::SingleByte},
-    {862, "CP862", PageKind::SingleByte},
-    {863, "CP863", PageKind::SingleByte},
-    {864, "CP864", PageKind::SingleByte},
-    {865, "CP865", PageKind::SingleByte},
-    {866, "CP866", PageKind::SingleByte},
-    {869, "CP869", PageKind::SingleByte},
-    {874, "CP874", PageKind::SingleByte},
-    {932, "CP932", PageKind::DoubleByte},
-    {936, "CP936", PageKind::DoubleByte},
-    {949, "CP949", PageKind::DoubleByte},
-    {950, "CP950", PageKind::DoubleByte},
-    {1250, "CP1250", PageKind::SingleByte},
-    {1251, "CP1251", PageKind::SingleByte},
-    {1252, "CP1252", PageKind::SingleByte},
-    {1253, "CP1253", PageKind::SingleByte},
-    {1254, "CP1254", PageKind::SingleByte},
-    {1255, "CP1255", PageKind::SingleByte},
-    {1256, "CP1256", PageKind::SingleByte},
-    {1257, "CP1257", PageKind::SingleByte},
-    {1258, "CP1258", PageKind::SingleByte},
-    {1361, "CP1361", PageKind::DoubleByte},
-    {10000, "MACINTOSH", PageKind::SingleByte},
-    {20127, "US-ASCII", PageKind::SingleByte},
-    {20866, "KOI8-R", PageKind::SingleByte},
-    {20932, "EUC-JP", PageKind::Other},
-    {21866, "KOI8-U", PageKind::SingleByte},
-    {28591, "ISO-8859-1", PageKind::SingleByte},
-    {28592, "ISO-8859-2", PageKind::SingleByte},
-    {28593, "ISO-8859-3", PageKind::SingleByte},
-    {28594, "ISO-8859-4", PageKind::SingleByte},
-    {28595, "ISO-8859-5", PageKind::SingleByte},
-    {28596, "ISO-8859-6", PageKind::SingleByte},
-    {28597, "ISO-8859-7", PageKind::SingleByte},
-    {28598, "ISO-8859-8", PageKind::SingleByte},
-    {28599, "ISO-8859-9", PageKind::SingleByte},
-    {28603, "ISO-8859-13", PageKind::SingleByte},
-    {28605, "ISO-8859-15", PageKind::SingleByte},
-    {51932, "EUC-JP", PageKind::Other},
-    {51949, "EUC-KR", PageKind::Other},
-    {54936, "GB18030", PageKind::Other},
-    {65000, "UTF-7", PageKind::Other},
+    {437, "CP437", PageKind::SingleByte},         {737, "CP737", PageKind::SingleByte},
+    {775, "CP775", PageKind::SingleByte},         {850, "CP850", PageKind::SingleByte},
+    {852, "CP852", PageKind::SingleByte},         {855, "CP855", PageKind::SingleByte},
+    {857, "CP857", PageKind::SingleByte},         {858, "CP858", PageKind::SingleByte},
+    {860, "CP860", PageKind::SingleByte},         {861, "CP861", PageKind::SingleByte},
+    {862, "CP862", PageKind::SingleByte},         {863, "CP863", PageKind::SingleByte},
+    {864, "CP864", PageKind::SingleByte},         {865, "CP865", PageKind::SingleByte},
+    {866, "CP866", PageKind::SingleByte},         {869, "CP869", PageKind::SingleByte},
+    {874, "CP874", PageKind::SingleByte},         {932, "CP932", PageKind::DoubleByte},
+    {936, "CP936", PageKind::DoubleByte},         {949, "CP949", PageKind::DoubleByte},
+    {950, "CP950", PageKind::DoubleByte},         {1250, "CP1250", PageKind::SingleByte},
+    {1251, "CP1251", PageKind::SingleByte},       {1252, "CP1252", PageKind::SingleByte},
+    {1253, "CP1253", PageKind::SingleByte},       {1254, "CP1254", PageKind::SingleByte},
+    {1255, "CP1255", PageKind::SingleByte},       {1256, "CP1256", PageKind::SingleByte},
+    {1257, "CP1257", PageKind::SingleByte},       {1258, "CP1258", PageKind::SingleByte},
+    {1361, "CP1361", PageKind::DoubleByte},       {10000, "MACINTOSH", PageKind::SingleByte},
+    {20127, "US-ASCII", PageKind::SingleByte},    {20866, "KOI8-R", PageKind::SingleByte},
+    {20932, "EUC-JP", PageKind::Other},           {21866, "KOI8-U", PageKind::SingleByte},
+    {28591, "ISO-8859-1", PageKind::SingleByte},  {28592, "ISO-8859-2", PageKind::SingleByte},
+    {28593, "ISO-8859-3", PageKind::SingleByte},  {28594, "ISO-8859-4", PageKind::SingleByte},
+    {28595, "ISO-8859-5", PageKind::SingleByte},  {28596, "ISO-8859-6", PageKind::SingleByte},
+    {28597, "ISO-8859-7", PageKind::SingleByte},  {28598, "ISO-8859-8", PageKind::SingleByte},
+    {28599, "ISO-8859-9", PageKind::SingleByte},  {28603, "ISO-8859-13", PageKind::SingleByte},
+    {28605, "ISO-8859-15", PageKind::SingleByte}, {51932, "EUC-JP", PageKind::Other},
+    {51949, "EUC-KR", PageKind::Other},           {54936, "GB18030", PageKind::Other},
+
 };
 
 std::size_t IndexOf(unsigned codePage) {
@@ -201,51 +176,57 @@ TextConversion EncodeTable(SingleByteTable const& table, char16_t const* source,
 
 // --- The others -----------------------------------------------------------------------------------------------------
 
-// Where a converter writes: the target itself, or a scratch buffer that is emptied as often as it fills up when the
-// text is only measured.
+// Where a converter writes: a scratch buffer, which is emptied into the target, or only counted where there is none.
+// Written straight into a target that is just large enough, some converters claim that it is full: they look for the
+// room of a longer character before they know which one they have.
 template <typename Unit>
 class Output {
 public:
-    Output(Unit* target, std::size_t room)
-        : m_measures(!target), m_begin(target ? target : m_scratch), m_end(m_begin + (target ? room : scratchSize)),
-          m_next(m_begin) {}
+    Output(Unit* target, std::size_t room) : m_target(target), m_room(room) {}
 
-    // Runs one conversion step to its end. 0, EILSEQ or EINVAL as iconv; E2BIG only for a real target.
+    // Runs the converter until it has taken the whole source or stops at something that it cannot convert: 0, EILSEQ
+    // or EINVAL as iconv. E2BIG: the target is full. A null source flushes what the converter holds back.
     int Convert(Descriptor& descriptor, char const** source, std::size_t* sourceLeft) {
         for (;;) {
-            auto* bytes = reinterpret_cast<char*>(m_next);
-            std::size_t bytesLeft = static_cast<std::size_t>(m_end - m_next) * sizeof(Unit);
+            auto* bytes = reinterpret_cast<char*>(m_scratch + m_filled);
+            std::size_t bytesLeft = (scratchSize - m_filled) * sizeof(Unit);
             int const error = descriptor.Convert(source, sourceLeft, &bytes, &bytesLeft);
-            m_next = reinterpret_cast<Unit*>(bytes);
-            if (error != E2BIG || !m_measures || m_next == m_begin)
+            m_filled = scratchSize - bytesLeft / sizeof(Unit);
+            if (error != E2BIG)
                 return error;
-            m_counted += static_cast<std::size_t>(m_next - m_begin);
-            m_next = m_begin;
+            if (m_filled == 0 || !Empty())
+                return E2BIG;
         }
     }
 
     // False when the target is full.
     bool Put(Unit unit) {
-        if (m_next == m_end) {
-            if (!m_measures)
-                return false;
-            m_counted += scratchSize;
-            m_next = m_begin;
-        }
-        *m_next++ = unit;
+        if (m_filled == scratchSize && !Empty())
+            return false;
+        m_scratch[m_filled++] = unit;
         return true;
     }
 
-    [[nodiscard]] std::size_t Length() const { return m_counted + static_cast<std::size_t>(m_next - m_begin); }
+    // Hands the scratch buffer over; false when the target is full.
+    bool Empty() {
+        std::size_t const fitting = m_target ? std::min(m_filled, m_room - m_length) : m_filled;
+        bool const fitted = fitting == m_filled;
+        if (m_target)
+            std::copy_n(m_scratch, fitting, m_target + m_length);
+        m_length += fitting;
+        m_filled = 0;
+        return fitted;
+    }
+
+    [[nodiscard]] std::size_t Length() const { return m_length; }
 
 private:
-    static constexpr std::size_t scratchSize = 1024;
-    bool m_measures;
+    static constexpr std::size_t scratchSize = 512;
+    Unit* m_target;
+    std::size_t m_room;
+    std::size_t m_length = 0;
+    std::size_t m_filled = 0;
     Unit m_scratch[scratchSize];
-    Unit* m_begin;
-    Unit* m_end;
-    Unit* m_next;
-    std::size_t m_counted = 0;
 };
 
 // Single bytes of the Japanese page that iconv's has no character for.
@@ -301,7 +282,7 @@ TextConversion DecodeIconv(unsigned codePage, char const* source, std::size_t le
         source += taken;
         length -= taken;
     }
-    bool const flushed = output.Convert(descriptor, nullptr, nullptr) != E2BIG;
+    bool const flushed = output.Convert(descriptor, nullptr, nullptr) != E2BIG && output.Empty();
     return {output.Length(), flushed, invalid};
 }
 
@@ -343,7 +324,7 @@ TextConversion EncodeIconv(unsigned codePage, char16_t const* source, std::size_
         bytes += sizeof(char16_t);
         bytesLeft -= sizeof(char16_t);
     }
-    bool const flushed = output.Convert(descriptor, nullptr, nullptr) != E2BIG;
+    bool const flushed = output.Convert(descriptor, nullptr, nullptr) != E2BIG && output.Empty();
     return {output.Length(), flushed, invalid};
 }
 
