@@ -18,9 +18,8 @@ constexpr std::size_t MaxComputerName = 32;
 constexpr unsigned int RemoteDriveBit = 4;
 
 /// A name as the server's own program, which knows it in the ANSI code page, would give it back.
-CXTString<char16_t> ThroughAnsi(std::u16string_view text) {
-    CXTString<char> const narrow = XCW2A(detail::Text(text));
-    return XCA2W(narrow);
+CXTString<char16_t> ThroughAnsi(std::u16string const& text) {
+    return static_cast<char16_t const*>(XCA2W(XCW2A(text.c_str())));
 }
 
 /// The rooted form of a directory, with its trailing backslash: what shares are stated in.

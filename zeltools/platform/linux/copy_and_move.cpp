@@ -52,7 +52,11 @@ private:
 
 struct FileCloser {
     using pointer = HANDLE;
-    void operator()(HANDLE file) const { CloseFile(file); }
+    void operator()(HANDLE file) const {
+        if (file != InvalidHandle) { // its close would replace the error of the open
+            CloseFile(file);
+        }
+    }
 };
 using OpenFile = std::unique_ptr<void, FileCloser>;
 

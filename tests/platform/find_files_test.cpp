@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/platform/find_files.h"
+
+#include "tests/support/temporary_folder.h"
+#include "zeltools/platform/errors.h"
+#include "zeltools/platform/file_names.h"
+#include "zeltools/platform/find_pattern.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <vector>
+
+using namespace platform;
+
+namespace {
+
+struct PatternRow {
+    char16_t const* pattern;
+    char16_t const* name;
+    bool matches;
+};
+
+// The name expressions of the original file system: what each combination of wildcard and dot comes down to.
+PatternRow const patternRows[] = {
+    {u"*", u"README", true},
+    {u"*.*", u"README", true},
+    {u"*.*", u".hidden", true},
+    {u"*.png", u"A.PNG", true},
+    {u"*.png", u"a.png.bak", false},
+    {u"*.png", u"png", false},
+    {u"*.tar.gz", u"x.tar.gz", true},
+    {u"*.", u"README", true},
+    {u"*.", u"a.txt", false},
+    {u"a.*", u"a", true},
+    {u"a.*", u"a.b.c", true},
+    {u"a.*", u"ab", false},
+    {u"a?.txt", u"a.txt", true},
+    {u"a?.txt", u"ab.txt", true},
+    {u"a?.txt", u"abc.txt", false},
+    {u"a??", u"a", true},
+    {u"?", u"", true},
+    {u"a?b", u"ab", false},
+    {u"*b*", u"abc", true},
+    {u"*a*b", u"xxaxxb", true},
+    {u"*a*b", u"xxaxxbc", false},
+    {u"\u00C9*", u"\u00E9t\u00E9", true},
+    {u"", u"a", false},
+};
+
+TEST(FindPattern, Matches) {
+    for (PatternRow const& row : patternRows) {
+        EXPECT_EQ(FindPattern(row.pattern).Matches(row.name), row.matches)
+            << testing::PrintToString(row.pattern) << ' ' << testing::PrintToString(row.name);
+    }
+}
+
+TEST(FindPattern, ManyStarsTakeNoLongTime) {
+    std::u16string pattern;
+    for (int i = 0; i < 60; ++i) {
+        pattern += u"*a";
+    }
+    EXPECT_FALSE(FindPattern(pattern + u"b").Matches(std::u16string(250, u'a')));
+}
+
+std::vector<std::u16string> Find(std::u16string const& pattern) {
+    std::vector<std::u16string> names;
+    FindData entry;
+    HANDLE const search = FindFirstFileW(pattern.c_str(), entry);
+    if (search == InvalidHandle) {
+        return names;
+    }
+    do {
+        names.push_back(entry.name);
+    } while (FindNextFileW(search, entry));
+    EXPECT_EQ(GetLastError(), ErrorNoMoreFiles);
+    EXPECT_TRUE(FindClose(search));
+    return names;
+}
+
+using Names = std::vector<std::u16string>;
+
+TEST(FindFiles, GivesEveryNameInOrder) {
+    TemporaryFolder const folder;
+    for (char const* const name : {"b.TXT", "a.txt", "B.txt", "no extension", ".hidden", "c:d", "Zeta/x"}) {
+        folder.Write(name, "12345");
+    }
+    EXPECT_EQ(Find(folder.Path() + u"*"), (Names{u".", u"..", u".hidden", u"a.txt", u"B.txt", u"b.TXT",
+                                                 u"c\xF03A"
+                                                 u"d",
+                                                 u"no extension", u"Zeta"}));
+    EXPECT_EQ(Find(folder.Path() + u"*.txt"), (Names{u"a.txt", u"B.txt", u"b.TXT"}));
+    EXPECT_EQ(Find(folder.Path() + u"a.txt"), (Names{u"a.txt"}));
+    EXPECT_EQ(Find(u"\\*").front().front() == u'.' && Find(u"\\*").front().size() < 3, false); // no dots at the root
+}
+
+TEST(FindFiles, EntriesTellTheFactsOfTheFile) {
+    TemporaryFolder const folder;
+    folder.Write("file", "12345");
+    folder.Write("folder/x");
+    std::filesystem::create_symlink("nowhere", folder.Native() + "dangling");
+    std::filesystem::create_symlink("folder", folder.Native() + "link");
+    std::filesystem::permissions(folder.Native() + "file", std::filesystem::perms(0444));
+    struct {
+        char16_t const* name;
+        unsigned int attributes;
+        unsigned long long sizeBytes;
+    } const rows[] = {{u"dangling", FileAttributeReparsePoint, 7},
+                      {u"file", FileAttributeReadOnly, 5},
+                      {u"folder", FileAttributeDirectory, 0},
+                      {u"link", FileAttributeDirectory | FileAttributeReparsePoint, 0}};
+    for (auto const& row : rows) {
+        FindData entry;
+        HANDLE const search = FindFirstFileW((folder.Path() + row.name).c_str(), entry);
+        ASSERT_NE(search, InvalidHandle);
+        EXPECT_EQ(entry.name, row.name);
+        EXPECT_EQ(entry.attributes, row.attributes);
+        EXPECT_EQ(entry.sizeBytes, row.sizeBytes);
+        EXPECT_EQ(entry.error, ErrorSuccess);
+        EXPECT_NE(entry.lastWrite.dwHighDateTime, 0U);
+        FindClose(search);
+    }
+}
+
+TEST(FindFiles, FailuresAndDeletedEntries) {
+    TemporaryFolder const folder;
+    FindData entry;
+    entry.name = u"untouched";
+    struct {
+        std::u16string pattern;
+        unsigned int error;
+    } const rows[] = {{folder.Path() + u"*.none", ErrorFileNotFound},
+                      {folder.Path() + u"none", ErrorFileNotFound},
+                      {folder.Path() + u"none\\*", ErrorPathNotFound},
+                      {folder.Path(), ErrorFileNotFound},
+                      {u"Q:\\*", ErrorPathNotFound},
+                      {folder.Path() + u"a\\b", ErrorPathNotFound}};
+    for (auto const& row : rows) {
+        EXPECT_EQ(FindFirstFileW(row.pattern.c_str(), entry), InvalidHandle);
+        EXPECT_EQ(GetLastError(), row.error) << testing::PrintToString(row.pattern);
+    }
+    EXPECT_EQ(entry.name, u"untouched");
+    EXPECT_FALSE(FindClose(InvalidHandle));
+
+    folder.Write("1");
+    folder.Write("2");
+    folder.Write("3");
+    HANDLE const search = FindFirstFileW((folder.Path() + u"?").c_str(), entry);
+    while (entry.name != u"1" && FindNextFileW(search, entry)) {
+    }
+    unlink((folder.Native() + "2").c_str());
+    EXPECT_TRUE(FindNextFileW(search, entry));
+    EXPECT_EQ(entry.name, u"3");
+    EXPECT_FALSE(FindNextFileW(search, entry));
+    FindClose(search);
+}
+
+} // namespace
