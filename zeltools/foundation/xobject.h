@@ -19,6 +19,8 @@
 
 #include <type_traits>
 
+class CXArchive;
+
 /// The common root. It has no fields, and only derived classes can make or copy one.
 ///
 /// Threads: the calls here only read the constant records, so any thread may make them.

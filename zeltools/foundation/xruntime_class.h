@@ -11,7 +11,6 @@
 
 #include "zeltools/foundation/api.h"
 
-class CXArchive;
 class CXObject;
 
 /// Set in CXRuntimeClass::schema: the class is not serializable.
@@ -45,14 +44,4 @@ struct CXRuntimeClass {
     /// @return false for null or a record without a name.
     /// Threads: any.
     ZEL_API static bool DeclareRuntimeClass(CXRuntimeClass const* record);
-
-    /// Writes schema and name length as 16-bit values, then the name's bytes without terminator.
-    /// Errors:  CXArchiveException of the archive.
-    ZEL_API void Save(CXArchive& archive) const;
-
-    /// Reads what Save wrote and looks the name up in the registry.
-    /// @param schema  Receives the stored schema, also where the class is unknown.
-    /// @return the record, or null for a name that was never declared.
-    /// Errors:  CXArchiveException of cause archiveIsStoring where the archive is not loading, and the archive's own.
-    ZEL_API static CXRuntimeClass const* Load(CXArchive& archive, unsigned int& schema);
 };
