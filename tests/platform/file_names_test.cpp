@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/platform/file_names.h"
 
+#include "tests/support/scoped_variable.h"
 #include "tests/support/temporary_folder.h"
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/remove_tree.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -207,9 +207,8 @@ TEST(MoveFile, GoesToAnotherFileSystemWhereItMay) {
 TEST(MoveFile, LettersOfANameChangeTheirCase) {
     TemporaryFolder const folder;
     folder.Write("Wood.JPG");
-    setenv("ZELTOOLS_DRIVES", ("T=" + folder.Native()).c_str(), 1);
+    ScopedVariable const drives("ZELTOOLS_DRIVES", "T=" + folder.Native());
     EXPECT_TRUE(MoveFileW(u"T:\\wood.jpg", u"T:\\WOOD.jpg"));
-    unsetenv("ZELTOOLS_DRIVES");
     EXPECT_TRUE(folder.Exists("WOOD.jpg"));
 }
 

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/platform/native_path.h"
 
+#include "tests/support/scoped_variable.h"
 #include "tests/support/temporary_folder.h"
 #include "zeltools/platform/drives.h"
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/file_names.h"
 #include "zeltools/platform/linux/mount_table.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 using namespace platform;
 
@@ -21,20 +20,6 @@ std::u16string Form(std::string_view native) {
     AppendFromNativeName(native, form);
     return form;
 }
-
-/// Sets a variable for one test.
-class Variable {
-public:
-    Variable(char const* variableName, std::string const& value) : name(variableName) {
-        setenv(name, value.c_str(), 1);
-    }
-    ~Variable() { unsetenv(name); }
-    Variable(Variable const&) = delete;
-    Variable& operator=(Variable const&) = delete;
-
-private:
-    char const* name;
-};
 
 struct FormRow {
     char const* native;
@@ -145,8 +130,8 @@ TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
     folder.Write("both/b");
     folder.Write("both/B");
     folder.Write("outside");
-    Variable const drives("ZELTOOLS_DRIVES",
-                          "T=" + folder.Native() + "Textures;b=" + folder.Native() + "both/;R=/;X=rel");
+    ScopedVariable const drives("ZELTOOLS_DRIVES",
+                                "T=" + folder.Native() + "Textures;b=" + folder.Native() + "both/;R=/;X=rel");
     std::string const root = folder.Native();
     struct Row {
         char16_t const* path;
@@ -218,7 +203,7 @@ TEST(NativePath, AServerPathFindsTheMostSpecificMount) {
 TEST(NativePath, TheUsersVirtualFileSystemsAreShares) {
     TemporaryFolder const folder;
     folder.Write("gvfs/smb-share:server=nas,share=my%20pictures,user=ana/A.png");
-    Variable const runtime("XDG_RUNTIME_DIR", folder.Native());
+    ScopedVariable const runtime("XDG_RUNTIME_DIR", folder.Native());
     std::string native;
     EXPECT_TRUE(ToNativePath(u"\\\\NAS\\My Pictures\\a.png", native));
     EXPECT_EQ(native, folder.Native() + "gvfs/smb-share:server=nas,share=my%20pictures,user=ana/A.png");

@@ -2,9 +2,11 @@
 #include "zeltools/platform/drives.h"
 
 #include "zeltools/platform/current_directory.h"
+#include "zeltools/platform/errors.h"
 #include "zeltools/platform/linux/mount_table.h"
 #include "zeltools/platform/linux/path_names.h"
 #include "zeltools/platform/native_path.h"
+#include "zeltools/platform/network_drives.h"
 
 #include <algorithm>
 #include <array>
@@ -156,21 +158,9 @@ DriveType GetDriveTypeW(char16_t const* path) {
 }
 
 bool IsNetworkDrive(char16_t letter) {
-    std::string target;
-    if (!GetDriveTarget(letter, target)) {
-        return false;
-    }
-    if (target.rfind("//", 0) == 0) {
-        return true;
-    }
-    std::vector<Mount> const mounts = ReadMounts();
-    Mount const* const mount = FindMountOfPath(mounts, target);
-    if (mount != nullptr && TypeOfMount(*mount) == DriveRemote) {
-        return true;
-    }
-    std::vector<Mount> const remembered = ReadRememberedMounts();
-    Mount const* const absent = FindMountOfPath(remembered, target);
-    return absent != nullptr && absent->IsNetwork();
+    char16_t const drive[] = {letter, u':', u'\0'};
+    std::u16string remote;
+    return GetDriveTypeW(drive) == DriveRemote || WNetGetConnectionW(drive, remote) == ErrorConnectionUnavailable;
 }
 
 } // namespace platform

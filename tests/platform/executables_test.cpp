@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/platform/executables.h"
+
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temporary_folder.h"
+#include "zeltools/platform/errors.h"
+#include "zeltools/platform/known_folders.h"
+#include "zeltools/platform/modules.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+using namespace platform;
+
+namespace {
+
+std::string PortableExecutable(unsigned short characteristics) {
+    std::string file(0x80 + 24, '\0');
+    file.replace(0, 2, "MZ");
+    file[0x3C] = static_cast<char>(0x80);
+    file.replace(0x80, 2, "PE");
+    file[0x80 + 22] = static_cast<char>(characteristics & 0xFF);
+    file[0x80 + 23] = static_cast<char>(characteristics >> 8);
+    return file;
+}
+
+TEST(Executables, ToldByContentAndPermission) {
+    TemporaryFolder const folder;
+    std::string const self = std::filesystem::read_symlink("/proc/self/exe");
+    std::filesystem::copy_file(self, folder.Native() + "elf");
+    std::filesystem::copy_file(self, folder.Native() + "elf not allowed");
+    std::filesystem::permissions(folder.Native() + "elf not allowed", std::filesystem::perms(0644));
+    folder.Write("script", "#!/bin/sh\n");
+    folder.Write("script not allowed", "#!/bin/sh\n");
+    std::filesystem::permissions(folder.Native() + "script", std::filesystem::perms(0755));
+    folder.Write("pe", PortableExecutable(0x0022));
+    folder.Write("dll", PortableExecutable(0x2022));
+    folder.Write("mz", "MZ");
+    folder.Write("far", std::string("MZ") + std::string(0x3A, '\0') + "\xFF\xFF\xFF\xFF");
+    folder.Write("cut elf", "\x7F"
+                            "ELF\2\1\1");
+    folder.Write("empty");
+    std::filesystem::permissions(folder.Native() + "cut elf", std::filesystem::perms(0755));
+    struct {
+        char const* name;
+        ExecutableType type;
+    } const rows[] = {{"elf", ExecutableElf},
+                      {"elf not allowed", ExecutableNone},
+                      {"script", ExecutableScript},
+                      {"pe", ExecutablePE},
+                      {"script not allowed", ExecutableNone},
+                      {"dll", ExecutableNone},
+                      {"mz", ExecutableMZ},
+                      {"far", ExecutableMZ},
+                      {"cut elf", ExecutableNone},
+                      {"empty", ExecutableNone},
+                      {"", ExecutableNone},
+                      {"none", ExecutableNone}};
+    for (auto const& row : rows) {
+        EXPECT_EQ(SHGetExecutableType(folder.Path(row.name).c_str()), row.type) << row.name;
+    }
+}
+
+TEST(Executables, ALibraryIsNone) {
+    // The C++ library: shared, and without an interpreter of its own as the C library has.
+    Dl_info library{};
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "_ZSt9terminatev"), &library), 0);
+    std::string const file = std::filesystem::canonical(library.dli_fname);
+    TemporaryFolder const folder;
+    std::filesystem::copy_file(file, folder.Native() + "library");
+    std::filesystem::permissions(folder.Native() + "library", std::filesystem::perms(0755));
+    EXPECT_EQ(SHGetExecutableType(folder.Path("library").c_str()), ExecutableNone);
+}
+
+TEST(Modules, FailuresSayWhy) {
+    TemporaryFolder const folder;
+    folder.Write("empty.so");
+    folder.Write("text.so", "this is no library, whatever its name says");
+    EXPECT_EQ(LoadLibraryExW(folder.Path("none.so").c_str()), nullptr);
+    EXPECT_EQ(GetLastError(), ErrorModuleNotFound);
+    for (char const* const name : {"empty.so", "text.so"}) {
+        EXPECT_EQ(LoadLibraryExW(folder.Path(name).c_str()), nullptr);
+        EXPECT_EQ(GetLastError(), ErrorBadExeFormat) << name;
+        EXPECT_NE(GetModuleErrorText().find(name), std::string::npos);
+    }
+    EXPECT_EQ(GetProcAddress(nullptr, "no_such_function"), nullptr);
+    EXPECT_EQ(GetLastError(), ErrorProcedureNotFound);
+    std::string const self = std::filesystem::read_symlink("/proc/self/exe");
+    EXPECT_EQ(GetOwnModuleFileNameW().size(), self.size()); // the tests link the toolkit into themselves
+}
+
+TEST(KnownFolders, FollowAbsoluteVariablesOnly) {
+    ScopedVariable const home("HOME", "/h/");
+    ScopedVariable const data("XDG_DATA_HOME", "");
+    EXPECT_EQ(SHGetKnownFolderPath(KnownFolder::LocalAppData), u"\\h\\.local\\share");
+    ScopedVariable const relative("TMPDIR", "tmp");
+    EXPECT_EQ(GetTempPathW(), u"\\tmp\\");
+    ScopedVariable const common("ZELTOOLS_COMMON_DATA", "/c:d//");
+    EXPECT_EQ(SHGetKnownFolderPath(KnownFolder::ProgramData), u"\\c\xF03A"
+                                                              u"d");
+    ScopedVariable const absolute("TMPDIR", "/");
+    EXPECT_EQ(GetTempPathW(), u"\\");
+}
+
+} // namespace
