@@ -170,12 +170,7 @@ private:
         return static_cast<unsigned int>((static_cast<uint128>(fraction) * tableSize) >> 64);
     }
 
-    bool Holds(Slot const& slot, K const& key) const {
-        if constexpr (PlainKeys)
-            return (slot.state == SlotActive) & M::IsEqual(slot.key, key);
-        else
-            return slot.state == SlotActive && M::IsEqual(slot.key, key);
-    }
+    bool Holds(Slot const& slot, K const& key) const { return slot.state == SlotActive && M::IsEqual(slot.key, key); }
 
     /// Walks a probe from `start` to the slot that `isThere` accepts, or to the empty slot that ends it.
     /// `passDeleted(p)` hears of each deleted slot on the way.
@@ -231,15 +226,22 @@ template <class Slot, class K, class M>
 Slot* OpenAddressing<Slot, K, M>::Locate(K const& key) const {
     unsigned int const start = StartSlot(key);
     if constexpr (PlainKeys) {
-        // Nearly every probe is over after two slots, but which of the two ends it is a toss that no processor can
-        // foresee. So both are read at once. A key stands in the table once, which makes the order irrelevant.
-        Slot* const first = slots + start;
-        Slot* const second = slots + (start + 1 == tableSize ? 0 : start + 1);
-        bool const inFirst = Holds(*first, key);
-        if (inFirst | Holds(*second, key))
-            return inFirst ? first : second;
-        if ((first->state == SlotEmpty) | (second->state == SlotEmpty))
-            return nullptr;
+        // Nearly every probe is over after three slots, but which of them ends it is a toss that no processor can
+        // foresee. So all three are read at once, and two tests that nearly always come out alike remain. A key
+        // stands in the table once, so it is the one looked for wherever in the probe it turns up.
+        if (std::uint64_t{start} + 4 < tableSize) [[likely]] {
+            Slot* const probe = slots + start;
+            unsigned int const equal = static_cast<unsigned int>(M::IsEqual(probe[0].key, key)) |
+                                       static_cast<unsigned int>(M::IsEqual(probe[1].key, key)) << 1 |
+                                       static_cast<unsigned int>(M::IsEqual(probe[4].key, key)) << 2;
+            if (equal != 0) {
+                int const i = std::countr_zero(equal);
+                if (probe[i * i].state == SlotActive) [[likely]]
+                    return probe + i * i;
+            } else if (((probe[0].state | probe[1].state | probe[4].state) & SlotEmpty) != 0) {
+                return nullptr; // SlotEmpty is the one odd state
+            }
+        }
     }
     unsigned int const p = Probe(
         start, [&](Slot const& slot) { return Holds(slot, key); }, [](unsigned int) {});

@@ -12,7 +12,7 @@ namespace platform {
 inline constexpr std::size_t HugePageSize = std::size_t{2} << 20;
 
 /// From this block size in bytes the gain outweighs what rounding up to whole large pages wastes.
-inline constexpr std::size_t HugePagesWorthwhile = 2 * HugePageSize;
+inline constexpr std::size_t HugePagesWorthwhile = HugePageSize;
 
 /// Asks for large pages under a block that begins at a multiple of HugePageSize. Its content is unchanged.
 /// Errors:  none; a refusal is ignored and leaves GetLastError alone.
