@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The scans that text searches spend their time in, a block of 16 bytes at a step where the machine can.
+// The scans that searches and copies spend their time in, a block of 16 bytes at a step where the machine can.
 //
-// A scan only proposes: it skips what cannot be a match and stops at what may be one. The caller compares on.
+// A scan for a target only proposes: it skips what cannot be a match and stops at what may be one. The caller compares
+// on.
 
 #pragma once
 
@@ -17,24 +18,10 @@ namespace detail {
 
 inline constexpr std::size_t NotFound = static_cast<std::size_t>(-1);
 
-/// What a scan looks for at one position: one character, or one character in either case.
-template <class T>
-struct ScanTarget {
-    T value;
-    T fold = T();        ///< Bits to set before comparing: 0x20 for an ASCII letter without case.
-    bool beyond = false; ///< Whether any character beyond ASCII stops the scan: the locale may lower it to `value`.
-
-    static constexpr ScanTarget Exact(T character) { return {character}; }
-
-    static ScanTarget NoCase(T lowered) {
-        if (!IsAscii(lowered))
-            return {lowered, T(), true};
-        return {lowered, T(lowered >= T('a') && lowered <= T('z') ? 0x20 : 0), true};
-    }
-
-    bool MayBe(T character) const {
-        return static_cast<T>(character | fold) == value || (beyond && !IsAscii(character));
-    }
+/// Whether a scan stops at one character only, or at whatever the locale may lower to it.
+enum class ScanCase {
+    Exact,
+    Ignored
 };
 
 #if defined(__SSE2__)
@@ -44,6 +31,7 @@ struct Block {
     static constexpr std::size_t Size = sizeof(__m128i) / sizeof(T);
 
     static __m128i Load(T const* text) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(text)); }
+    static void Store(T* target, __m128i text) { _mm_storeu_si128(reinterpret_cast<__m128i*>(target), text); }
     static __m128i All(T character) {
         if constexpr (sizeof(T) == 1)
             return _mm_set1_epi8(character);
@@ -56,44 +44,63 @@ struct Block {
         else
             return _mm_cmpeq_epi16(left, right);
     }
-    static __m128i IsAscii(__m128i text) {
-        __m128i const high = All(static_cast<T>(sizeof(T) == 1 ? 0x80 : 0xFF80));
-        return Equal(_mm_and_si128(text, high), _mm_setzero_si128());
-    }
     /// One bit a byte: a character of two bytes gives two.
     static unsigned Bits(__m128i mask) { return static_cast<unsigned>(_mm_movemask_epi8(mask)); }
     static std::size_t First(unsigned bits) { return static_cast<std::size_t>(std::countr_zero(bits)) / sizeof(T); }
     static std::size_t Last(unsigned bits) { return static_cast<std::size_t>(31 - std::countl_zero(bits)) / sizeof(T); }
 };
 
-/// A ScanTarget spread over a block.
-template <class T>
-struct BlockTarget {
-    __m128i value;
-    __m128i fold;
-    __m128i ignoreBeyond; ///< All ones where characters beyond ASCII do not matter.
-
-    explicit BlockTarget(ScanTarget<T> const& target)
-        : value(Block<T>::All(target.value)), fold(Block<T>::All(target.fold)),
-          ignoreBeyond(target.beyond ? _mm_setzero_si128() : _mm_set1_epi8(-1)) {}
-
-    __m128i MayBe(T const* text) const {
-        __m128i const block = Block<T>::Load(text);
-        __m128i const equal = Block<T>::Equal(_mm_or_si128(block, fold), value);
-        __m128i const settled = _mm_or_si128(Block<T>::IsAscii(block), ignoreBeyond);
-        return _mm_or_si128(equal, _mm_andnot_si128(settled, _mm_set1_epi8(-1)));
-    }
-};
-
 #endif
 
-/// The first position from `from` on that may be `target`.
-template <class T>
-std::size_t ScanFor(T const* text, std::size_t length, std::size_t from, ScanTarget<T> const& target) {
+/// What a scan looks for at one position. Where case is ignored, `character` is lowered, an ASCII letter is met in
+/// either case, and every character beyond ASCII is stopped at: the locale may lower it to anything.
+template <class T, ScanCase Case>
+class ScanTarget {
+public:
+    explicit ScanTarget(T character)
+        : m_character(character), m_fold(character >= T('a') && character <= T('z') ? T(0x20) : T()) {
 #if defined(__SSE2__)
-    BlockTarget<T> const spread(target);
+        m_characters = Block<T>::All(m_character);
+        m_folds = Block<T>::All(m_fold);
+#endif
+    }
+
+    bool MayBe(T character) const {
+        if constexpr (Case == ScanCase::Exact)
+            return character == m_character;
+        else
+            return static_cast<T>(character | m_fold) == m_character || !IsAscii(character);
+    }
+
+#if defined(__SSE2__)
+    /// All ones in the places of a block that may be it.
+    __m128i MayBeIn(T const* text) const {
+        __m128i const block = Block<T>::Load(text);
+        if constexpr (Case == ScanCase::Exact)
+            return Block<T>::Equal(block, m_characters);
+        // ASCII characters without the bits above it, others with any.
+        __m128i const above = _mm_and_si128(block, Block<T>::All(static_cast<T>(sizeof(T) == 1 ? 0x80 : 0xFF80)));
+        __m128i const ascii = Block<T>::Equal(above, _mm_setzero_si128());
+        __m128i const equal = Block<T>::Equal(_mm_or_si128(block, m_folds), m_characters);
+        return _mm_or_si128(equal, _mm_andnot_si128(ascii, _mm_set1_epi8(-1)));
+    }
+#endif
+
+private:
+    T m_character;
+    T m_fold;
+#if defined(__SSE2__)
+    __m128i m_characters;
+    __m128i m_folds;
+#endif
+};
+
+/// The first position from `from` on that may be `target`.
+template <class T, ScanCase Case>
+std::size_t ScanFor(T const* text, std::size_t length, std::size_t from, ScanTarget<T, Case> const& target) {
+#if defined(__SSE2__)
     for (; from + Block<T>::Size <= length; from += Block<T>::Size) {
-        if (unsigned const bits = Block<T>::Bits(spread.MayBe(text + from)))
+        if (unsigned const bits = Block<T>::Bits(target.MayBeIn(text + from)))
             return from + Block<T>::First(bits);
     }
 #endif
@@ -105,16 +112,25 @@ std::size_t ScanFor(T const* text, std::size_t length, std::size_t from, ScanTar
 }
 
 /// The first position from `from` on that may be `first` with `second` behind it.
-template <class T>
-std::size_t ScanForPair(T const* text, std::size_t length, std::size_t from, ScanTarget<T> const& first,
-                        ScanTarget<T> const& second) {
+template <class T, ScanCase Case>
+std::size_t ScanForPair(T const* text, std::size_t length, std::size_t from, ScanTarget<T, Case> const& first,
+                        ScanTarget<T, Case> const& second) {
 #if defined(__SSE2__)
-    BlockTarget<T> const spreadFirst(first);
-    BlockTarget<T> const spreadSecond(second);
+    auto const pairsAt = [&](std::size_t at) {
+        return Block<T>::Bits(_mm_and_si128(first.MayBeIn(text + at), second.MayBeIn(text + at + 1)));
+    };
+    // A search that goes on where an attempt failed often stands on the next one.
+    if (from + 1 < length && first.MayBe(text[from]) && second.MayBe(text[from + 1]))
+        return from;
     for (; from + Block<T>::Size < length; from += Block<T>::Size) {
-        __m128i const both = _mm_and_si128(spreadFirst.MayBe(text + from), spreadSecond.MayBe(text + from + 1));
-        if (unsigned const bits = Block<T>::Bits(both))
+        if (unsigned const bits = pairsAt(from))
             return from + Block<T>::First(bits);
+    }
+    if (length > Block<T>::Size && from + 1 < length) {
+        // The rest is seen in the last block, without what was seen before.
+        std::size_t const last = length - 1 - Block<T>::Size;
+        unsigned const bits = pairsAt(last) & ~0u << (from - last) * sizeof(T);
+        return bits ? last + Block<T>::First(bits) : NotFound;
     }
 #endif
     for (; from + 1 < length; ++from) {
@@ -122,6 +138,40 @@ std::size_t ScanForPair(T const* text, std::size_t length, std::size_t from, Sca
             return from;
     }
     return NotFound;
+}
+
+/// Copies the characters in front of the first zero, or `limit` of them; what lies behind, up to the limit, may be
+/// written over. The two places do not overlap.
+/// @return the number of characters in front of the zero.
+template <class T>
+std::size_t CopyUpToZero(T* target, T const* text, std::size_t limit) {
+    std::size_t from = 0;
+#if defined(__SSE2__)
+    auto const copyBlock = [&](std::size_t at) {
+        __m128i const block = Block<T>::Load(text + at);
+        Block<T>::Store(target + at, block);
+        return Block<T>::Equal(block, _mm_setzero_si128());
+    };
+    constexpr std::size_t Size = Block<T>::Size;
+    for (; from + 4 * Size <= limit; from += 4 * Size) {
+        __m128i const zeros = _mm_or_si128(_mm_or_si128(copyBlock(from), copyBlock(from + Size)),
+                                           _mm_or_si128(copyBlock(from + 2 * Size), copyBlock(from + 3 * Size)));
+        if (Block<T>::Bits(zeros))
+            break;
+    }
+    for (; from + Size <= limit; from += Size) {
+        if (unsigned const zeros = Block<T>::Bits(copyBlock(from)))
+            return from + Block<T>::First(zeros);
+    }
+    if (from < limit && limit >= Size) {
+        std::size_t const last = limit - Size;
+        unsigned const zeros = Block<T>::Bits(copyBlock(last));
+        return zeros ? last + Block<T>::First(zeros) : limit;
+    }
+#endif
+    for (; from < limit && text[from]; ++from)
+        target[from] = text[from];
+    return from;
 }
 
 /// The last position below `end` that is `character`.

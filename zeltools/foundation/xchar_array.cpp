@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/xchar_array.h"
 
+#include "zeltools/foundation/character_scan_private.h"
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/copy_safe_private.h"
 
 #include <cassert>
-#include <functional>
 
 namespace {
 
@@ -59,6 +59,24 @@ void CXTCharArray<T>::Allocate(std::size_t count) {
     buffer[length] = T();
 }
 
+// A small block is had faster anew, from the allocator's cache of the thread, than by realloc, which passes that by.
+template <class T>
+void CXTCharArray<T>::Reallocate(std::size_t newCapacity) {
+    constexpr std::size_t SmallBytes = 1024;
+    std::size_t const bytes = newCapacity * sizeof(T);
+    if (capacity == 0) {
+        buffer = Checked<T>(std::malloc(bytes));
+    } else if (bytes > SmallBytes) {
+        buffer = Checked<T>(std::realloc(buffer, bytes));
+    } else {
+        T* const moved = Checked<T>(std::malloc(bytes));
+        detail::CopySafe(moved, newCapacity, buffer, length);
+        std::free(buffer);
+        buffer = moved;
+    }
+    capacity = newCapacity;
+}
+
 template <class T>
 void CXTCharArray<T>::SetLength(std::size_t newLength) {
     if (newLength + 1 > capacity) {
@@ -68,9 +86,7 @@ void CXTCharArray<T>::SetLength(std::size_t newLength) {
             return;
         }
         std::size_t const grown = RoundedCapacity(length != 0 ? 2 * newLength + 1 : newLength + 1);
-        void* const owned = capacity != 0 ? buffer : nullptr;
-        buffer = Checked<T>(std::realloc(owned, grown * sizeof(T)));
-        capacity = grown;
+        Reallocate(grown);
     }
     length = newLength;
     buffer[length] = T();
@@ -89,21 +105,36 @@ void CXTCharArray<T>::Assign(T const* text, std::size_t count) {
     buffer[length] = T();
 }
 
+// Makes room for `count` characters at the end, and gives where `text` is afterwards, since it may be in this array.
+template <class T>
+T const* CXTCharArray<T>::Reserve(T const* text, std::size_t count) {
+    if (length + count + 1 <= capacity)
+        return text;
+    bool const isOwn = detail::PointsInto(text, buffer, length);
+    std::ptrdiff_t const offset = isOwn ? text - buffer : 0;
+    std::size_t const end = length;
+    SetLength(end + count);
+    length = end;
+    return isOwn ? buffer + offset : text;
+}
+
 template <class T>
 void CXTCharArray<T>::Append(T const* text, std::size_t count) {
     if (count == 0)
         return;
-    std::size_t const end = length;
-    if (end + count + 1 > capacity) {
-        std::less<T const*> const before;
-        bool const isOwn = !before(text, buffer) && !before(buffer + end, text);
-        std::ptrdiff_t const offset = isOwn ? text - buffer : 0;
-        SetLength(end + count);
-        if (isOwn)
-            text = buffer + offset;
-    }
-    detail::CopySafe(buffer + end, capacity - end, text, count);
-    length = end + count;
+    text = Reserve(text, count);
+    detail::CopySafe(buffer + length, capacity - length, text, count);
+    length += count;
+    buffer[length] = T();
+}
+
+template <class T>
+void CXTCharArray<T>::AppendText(CXTCharArray const& other) {
+    std::size_t const limit = other.length;
+    if (limit == 0)
+        return;
+    T const* const text = Reserve(other.buffer, limit);
+    length += detail::CopyUpToZero(buffer + length, text, limit);
     buffer[length] = T();
 }
 

@@ -67,6 +67,9 @@ public:
     /// Adds `count` characters of `text`, which may lie in this array.
     void Append(T const* text, std::size_t count);
 
+    /// Adds what `other`, which may be this array, holds in front of its first zero.
+    void AppendText(CXTCharArray const& other);
+
 protected:
     /// The constant buffer that every array of this character type names while it owns none.
     static T* EmptyBuffer() noexcept { return const_cast<T*>(emptyBuffer); }
@@ -79,6 +82,9 @@ protected:
     std::size_t capacity; ///< Characters that the allocation holds, terminator included; 0 for the empty buffer.
 
 private:
+    void Reallocate(std::size_t newCapacity);
+    T const* Reserve(T const* text, std::size_t count);
+
     using EmptyText = T const[1];
     static EmptyText emptyBuffer;
 };

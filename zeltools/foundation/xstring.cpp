@@ -123,7 +123,7 @@ void CXTString<T>::Empty() {
 
 template <class T>
 CXTString<T>& CXTString<T>::operator+=(CXTString const& other) {
-    Base::Append(other.buffer, Measure(other.buffer));
+    Base::AppendText(other);
     return *this;
 }
 

@@ -9,17 +9,9 @@
 #include "zeltools/foundation/xstring.h"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace detail {
-
-/// Whether `text` points into the `length` characters of a buffer or at their terminator.
-template <class T>
-bool PointsInto(T const* text, T const* buffer, std::size_t length) {
-    std::less<T const*> const before;
-    return !before(text, buffer) && !before(buffer + length, text);
-}
 
 /// A count or an end where -1, and any other negative number, stands for no limit.
 inline std::size_t Limit(int number) {

@@ -29,7 +29,7 @@ int CXTString<T>::Find(T character, int start) const {
 
 template <class T>
 int CXTString<T>::FindNoCase(T character, int start) const {
-    T const wanted[] = {character};
+    T const wanted[] = {character, T()};
     if (!IsInside(start))
         return -1;
     return detail::Position(detail::FindText(buffer, length, wanted, 1, static_cast<std::size_t>(start), true));
