@@ -441,6 +441,18 @@ TYPED_TEST(XString, RemovesAndReplaces) {
     EXPECT_EQ(text, this->S("bdca"));
 }
 
+// The new text moved to a larger block without what had been written last.
+TYPED_TEST(XString, ManyGrowingReplacementsKeepWhatWasReplacedBefore) {
+    std::basic_string<TypeParam> expected;
+    typename TestFixture::Text text;
+    for (int i = 0; i < 60; ++i) {
+        text += this->S(i % 2 ? "-" : "xyz-");
+        expected += this->Std(i % 2 ? "<eight->" : "xyz<eight->");
+    }
+    EXPECT_EQ(text.Replace(this->S("-"), this->S("<eight->")), 60);
+    EXPECT_EQ(Whole(text), expected);
+}
+
 TYPED_TEST(XString, ChangesCaseAndOrder) {
     using String = typename TestFixture::Text;
     EXPECT_EQ(String(this->S("Ab[Z`z@")).MakeLower(), this->S("ab[z`z@"));

@@ -70,7 +70,7 @@ void CXTCharArray<T>::Reallocate(std::size_t newCapacity) {
         buffer = Checked<T>(std::realloc(buffer, bytes));
     } else {
         T* const moved = Checked<T>(std::malloc(bytes));
-        detail::CopySafe(moved, newCapacity, buffer, length);
+        detail::CopySafe(moved, newCapacity, buffer, capacity); // all of it, as realloc does
         std::free(buffer);
         buffer = moved;
     }

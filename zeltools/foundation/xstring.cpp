@@ -122,12 +122,6 @@ void CXTString<T>::Empty() {
 // ---- Appending ----
 
 template <class T>
-CXTString<T>& CXTString<T>::operator+=(CXTString const& other) {
-    Base::AppendText(other);
-    return *this;
-}
-
-template <class T>
 CXTString<T>& CXTString<T>::operator+=(T const* text) {
     Base::Append(text, Measure(text));
     return *this;

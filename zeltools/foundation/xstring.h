@@ -154,7 +154,10 @@ public:
 
     // ---- Appending; a null pointer leaves the text, an operand counts up to its first zero ----
 
-    CXTString& operator+=(CXTString const& other);
+    CXTString& operator+=(CXTString const& other) {
+        Base::AppendText(other);
+        return *this;
+    }
     CXTString& operator+=(T const* text);
     CXTString& operator+=(T character) {
         std::size_t const end = length;

@@ -146,8 +146,7 @@ int CXTString<T>::Replace(T const* from, T const* to, int maxCount, int endPosit
     int replaced = 0;
     auto const reserve = [&](std::size_t needed) {
         if (!inPlace) {
-            if (needed >= grown.capacity)
-                grown.SetLength(needed);
+            grown.SetLength(needed);
             target = grown.buffer;
         }
     };
