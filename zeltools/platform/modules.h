@@ -18,6 +18,9 @@ std::u16string GetModuleFileNameW(HMODULE module);
 /// Gives the path of the library that this toolkit is: of the program, where it is linked into one.
 std::u16string GetOwnModuleFileNameW();
 
+/// Gives the library that this toolkit is; null, the program, where it is linked into one. Not to be freed.
+HMODULE GetOwnModule();
+
 /// Loads a library by its path and resolves all of it at once; its symbols stay its own. Loading what is loaded already
 /// gives the same module and counts one use more.
 ///

@@ -84,6 +84,21 @@ std::u16string GetOwnModuleFileNameW() {
     return GetLibraryFileName(map->l_name);
 }
 
+HMODULE GetOwnModule() {
+    Dl_info own{};
+    static int const inThisModule = 0;
+    link_map* map = nullptr;
+    if (dladdr1(&inThisModule, &own, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) == 0 || map == nullptr ||
+        map->l_name[0] == '\0') { // linked into the program
+        return nullptr;
+    }
+    void* const module = dlopen(map->l_name, RTLD_NOLOAD | RTLD_LAZY);
+    if (module != nullptr) {
+        dlclose(module); // the use that the look-up counted
+    }
+    return module;
+}
+
 HMODULE LoadLibraryExW(char16_t const* path) {
     std::string native;
     if (!ToNativePath(path, native)) {
