@@ -15,6 +15,7 @@
 #include <zeltools/files/paths/file_dates.h>
 #include <zeltools/files/paths/file_find_info.h>
 #include <zeltools/files/paths/file_name_type.h>
+#include <zeltools/files/paths/io_time_out.h>
 #include <zeltools/files/paths/network_paths.h>
 #include <zeltools/files/paths/path_kind.h>
 #include <zeltools/files/paths/path_numbering.h>
@@ -26,6 +27,10 @@
 #include <zeltools/files/paths/valid_names.h>
 #include <zeltools/files/paths/wildcards.h>
 #include <zeltools/foundation/api.h>
+#include <zeltools/foundation/application_data.h>
+#include <zeltools/foundation/application_path.h>
+#include <zeltools/foundation/application_preferences.h>
+#include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/block_movable.h>
 #include <zeltools/foundation/block_storage.h>
 #include <zeltools/foundation/characters.h>
@@ -43,6 +48,7 @@
 #include <zeltools/foundation/length_units.h>
 #include <zeltools/foundation/next_prime.h>
 #include <zeltools/foundation/open_addressing.h>
+#include <zeltools/foundation/product_information.h>
 #include <zeltools/foundation/rounded.h>
 #include <zeltools/foundation/saturated.h>
 #include <zeltools/foundation/scoped_values.h>
@@ -53,7 +59,9 @@
 #include <zeltools/foundation/text_format.h>
 #include <zeltools/foundation/text_scan.h>
 #include <zeltools/foundation/thread_exceptions.h>
+#include <zeltools/foundation/thread_language.h>
 #include <zeltools/foundation/unicode_conversion.h>
+#include <zeltools/foundation/xapp.h>
 #include <zeltools/foundation/xarchive_exception.h>
 #include <zeltools/foundation/xarray.h>
 #include <zeltools/foundation/xchar_array.h>

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// Path, name and folders of the application. The known folders are moved into a temporary one.
+
+#include "tests/support/temporary_folder.h"
+#include "zeltools/foundation/application_data.h"
+#include "zeltools/foundation/application_path.h"
+#include "zeltools/foundation/application_preferences.h"
+#include "zeltools/foundation/application_product_name.h"
+#include "zeltools/foundation/product_information.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using Wide = CXTString<char16_t>;
+
+std::u16string Text(Wide const& text) {
+    return std::u16string(static_cast<char16_t const*>(text));
+}
+
+class Application : public testing::Test {
+protected:
+    Application() {
+        ::setenv("ZELTOOLS_COMMON_DATA", (folder.Native() + "common").c_str(), 1);
+        ::setenv("XDG_DATA_HOME", (folder.Native() + "user").c_str(), 1);
+        Name(u"Catalogue", 3);
+    }
+    ~Application() override {
+        detail::ForgetApplicationPath();
+        detail::ForgetProductName();
+        detail::ForgetVersionedDataPaths();
+        detail::ForgetPreferencesPaths();
+    }
+    static void Name(char16_t const* name, int version) { SetInternalProductName(Wide(name), version, true); }
+    std::u16string Below(char const* rest) const { return folder.Path(rest); }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(Application, PathIsTheProgramsUntilItIsSet) {
+    std::u16string const program = Text(GetApplicationPath(false));
+    ASSERT_FALSE(program.empty());
+    EXPECT_EQ(program, Text(GetApplicationPath(true)) + Text(GetApplicationName(false)));
+    EXPECT_EQ(program.front(), u'\\');
+
+    folder.Write("bin/host.app");
+    std::u16string const bin = Below("bin") + u'\\';
+    std::u16string const programName = Text(GetApplicationName(false));
+    struct Row {
+        std::u16string set;
+        std::u16string path;
+    } const rows[] = {
+        {Below("bin/host.app"), bin + u"host.app"},
+        {std::u16string(folder.Path()) + u"bin/host.app", bin + u"host.app"}, // either slash
+        {Below("bin"), bin + programName},
+        {bin, bin + programName},
+        {Below("bin/other"), bin + u"other"},   // the file need not exist, its folder must
+        {Below("absent/host"), bin + u"other"}, // ignored: the former path stays
+        {u"", program},                         // the running program itself
+    };
+    for (Row const& row : rows) {
+        SetApplicationPath(Wide(row.set.c_str()));
+        EXPECT_EQ(Text(GetApplicationPath(false)), row.path);
+    }
+    SetApplicationPath(Wide(Below("bin/host.app").c_str()));
+    EXPECT_EQ(Text(GetApplicationPath(true)), bin);
+    EXPECT_EQ(Text(GetApplicationName(false)), u"host.app");
+    EXPECT_EQ(Text(GetApplicationName(true)), u"host");
+}
+
+TEST_F(Application, ProductNameCarriesItsVersion) {
+    EXPECT_EQ(Text(GetInternalProductName(true)), u"Catalogue 3");
+    EXPECT_EQ(Text(GetInternalProductName(false)), u"Catalogue");
+    Name(u"Catalogue", 0);
+    EXPECT_EQ(Text(GetInternalProductName(true)), u"Catalogue");
+    folder.Write("host.app");
+    SetApplicationPath(Wide(Below("host.app").c_str()));
+    Name(u"", 7);
+    EXPECT_EQ(Text(GetInternalProductName(true)), u"host"); // the call that derives it gives it bare
+    EXPECT_EQ(Text(GetInternalProductName(true)), u"host 7");
+}
+
+TEST_F(Application, DataFoldersAreMadeAndRemembered) {
+    EXPECT_EQ(Text(GetUserApplicationDataPath(false, nullptr)), Below("user/Quenby/Catalogue 3") + u'\\');
+    EXPECT_TRUE(folder.Exists("user/Quenby/Catalogue 3"));
+    EXPECT_EQ(Text(GetUserApplicationDataPath(true, u"Cache")), Below("user/Quenby/Cache") + u'\\');
+    folder.Write("common/Quenby/Catalogue 3/temp/x");
+    EXPECT_EQ(Text(GetCommonApplicationDataPath(false, nullptr)), Below("common/Quenby/Catalogue 3") + u'\\');
+    EXPECT_FALSE(folder.Exists("common/Quenby/Catalogue 3/temp1")); // the trial is taken away, what was there is not
+    EXPECT_TRUE(folder.Exists("common/Quenby/Catalogue 3/temp/x"));
+
+    SetInternalProductName(Wide(u"Other"), 4, false);
+    EXPECT_EQ(Text(GetUserApplicationDataPath(false, nullptr)), Below("user/Quenby/Catalogue 3") + u'\\');
+    Name(u"Other", 4);
+    EXPECT_EQ(Text(GetUserApplicationDataPath(false, nullptr)), Below("user/Quenby/Other 4") + u'\\');
+    EXPECT_EQ(Text(GetCommonApplicationDataPath(false, nullptr)), Below("common/Quenby/Other 4") + u'\\');
+}
+
+TEST_F(Application, CommonFolderThatCannotBeWrittenGivesWayToTheUsers) {
+    folder.Write("common"); // a file, below which nobody can make a folder, root neither
+    EXPECT_EQ(Text(GetCommonApplicationDataPath(false, nullptr)), Below("user/Quenby/Catalogue 3") + u'\\');
+    std::u16string const named = Text(GetCommonApplicationDataPath(false, u"Cache"));
+    EXPECT_EQ(named, Text(GetUserApplicationDataPath(true, nullptr))); // the name is lost, and the version with it
+}
+
+TEST_F(Application, PreferencesStandBelowTheProduct) {
+    std::u16string const preferences = Below("user/Quenby/Catalogue 3/Preferences") + u'\\';
+    EXPECT_EQ(Text(GetUserPreferencesPath(false)), preferences);
+    EXPECT_FALSE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
+    EXPECT_EQ(Text(GetUserPreferencesPath(true)), preferences); // known already: not looked at
+    EXPECT_FALSE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
+    detail::ForgetPreferencesPaths();
+    EXPECT_EQ(Text(GetPreferencesFile()), preferences + u"Catalogue.prefs");
+    EXPECT_TRUE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
+    EXPECT_EQ(Text(GetCommonPreferencesPath(true)), Below("common/Quenby/Catalogue 3/Preferences") + u'\\');
+
+    SetUserPreferencesPath(Wide(Below("mine").c_str()));
+    EXPECT_EQ(Text(GetUserPreferencesPath(false)), Below("mine") + u'\\');
+    EXPECT_EQ(Text(GetPreferencesFile()), preferences + u"Catalogue.prefs"); // remembered on its own
+    Name(u"Catalogue", 3);
+    EXPECT_EQ(Text(GetUserPreferencesPath(false)), preferences);
+}
+
+TEST_F(Application, FileComesFromTheLatestOfThreeVersionsBefore) {
+    Name(u"Catalogue", 13);
+    Wide const wanted(Below("app 13/a.prefs").c_str());
+    folder.Write("app 13/other");
+    folder.Write("app 9/a.prefs", "nine");
+    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted)); // four versions back
+    folder.Write("app 10/a.prefs", "ten");
+    folder.Write("app 12/a.prefs", "twelve");
+    EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(wanted));
+    EXPECT_EQ(folder.Read("app 13/a.prefs"), "twelve");
+    folder.Write("app 13/a.prefs", "mine");
+    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted));
+    EXPECT_EQ(folder.Read("app 13/a.prefs"), "mine");
+    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(Wide(u"\\nowhere\\a.prefs"))); // holds no version
+    Name(u"Catalogue", 0);
+    folder.Write("app -1/b", "minus");
+    folder.Write("app 0/other");
+    // The digit 0 may stand in the folder's random name too, which then is not found.
+    if (folder.Native().find('0') == std::string::npos) {
+        EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(Wide(Below("app 0/b").c_str())));
+    }
+}
+
+TEST_F(Application, ProductInformationNamesProductAndSystem) {
+    std::u16string const rule = u"------------------------------------------\r\n";
+    std::u16string text = Text(BuildProductInformationText(Wide(u"1.2")));
+    EXPECT_EQ(text.find(rule + u"Product information\r\n" + rule), 0U);
+    EXPECT_NE(text.find(u" (110)\r\nCatalogue 1.2\r\n64-bit version\r\nNo licence information\r\n" + rule),
+              std::u16string::npos);
+    SetProductInformationCallbacks([] { return Wide(u"Catalogue Pro"); }, [] { return Wide(u"Licensed to Ana"); });
+    text = Text(BuildProductInformationText(Wide(u"1.2")));
+    SetProductInformationCallbacks(nullptr, nullptr);
+    EXPECT_NE(text.find(u"\r\nCatalogue Pro 1.2\r\n64-bit version\r\nLicensed to Ana\r\n"), std::u16string::npos);
+}
+
+} // namespace
