@@ -51,8 +51,6 @@ public:
     CXTString<char16_t> const& GetFolder() const { return folder; }
 
 private:
-    bool EnterNextFolder(Entry& entry, bool& failed);
-
     CXTString<char16_t> folder;
     CXArray<CXTString<char16_t>> toEnter; ///< Last one first.
     CXArray<CXTString<char16_t>> found;   ///< Folders met in the present folder, in order.
