@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// What one row of a list tells of a file.
+
+#pragma once
+
+#include <zeltools/files/paths/folder_walk.h>
+#include <zeltools/foundation/xtime.h>
+
+#include <string>
+
+namespace zel {
+
+struct FileFacts {
+    std::string name;        ///< Native name, below the folder that was asked for.
+    std::string classCode;   ///< Four characters; empty when no type claims the extension.
+    char const* kind = "";   ///< One of KindName's words.
+    std::string description; ///< The type's description; empty when there is none.
+    unsigned int parsers = 0;
+    bool loadable = false;
+    bool savable = false;
+    bool isFolder = false;
+    unsigned long long sizeBytes = 0;
+    CXTime lastWrite;
+};
+
+/// The word for a kind of data: "bitmap", "3d", "audio", ..., "other" for none of them.
+char const* KindName(unsigned int properties);
+
+/// Adds what the file type registry knows by the path; size and date are left alone.
+void AddTypeFacts(CXTString<char16_t> const& path, bool isFolder, FileFacts& facts);
+
+} // namespace zel

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "list_report.h"
+
+#include "json_text.h"
+
+#include <cstdio>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+namespace zel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// ISO 8601 in UTC, so that a program needs no time zone to compare.
+std::string UtcText(CXTime const& time) {
+    tm fields{};
+    if (!time.GetUTCTm(&fields)) {
+        return {};
+    }
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday,
+                       fields.tm_hour, fields.tm_min, fields.tm_sec);
+}
+
+class JsonReport : public ListReport {
+public:
+    void AddRow(FileFacts const& facts) override {
+        Json row;
+        SetName(row, "name", facts.name);
+        row["class"] = facts.classCode.empty() ? Json(nullptr) : Json(facts.classCode);
+        row["kind"] = facts.kind;
+        row["description"] = facts.description;
+        row["parsers"] = facts.parsers;
+        row["loadable"] = facts.loadable;
+        row["savable"] = facts.savable;
+        row["size"] = facts.isFolder ? Json(nullptr) : Json(facts.sizeBytes);
+        row["written"] = UtcText(facts.lastWrite);
+        Write(std::string(any ? ",\n" : "{\"files\": [\n") + row.dump());
+        any = true;
+    }
+
+    void AddFailure(std::string const& nativeName, std::string const& reason) override {
+        Json failure;
+        SetName(failure, "name", nativeName);
+        failure["reason"] = reason;
+        failures.push_back(std::move(failure));
+    }
+
+    bool Finish(ListTotals const& totals) override {
+        Json kinds = Json::object();
+        for (auto const& [kind, total] : totals.kinds) {
+            kinds[kind] = {{"files", total.files}, {"size", total.sizeBytes}};
+        }
+        Write(std::string(any ? "\n" : "{\"files\": [") + "],\n\"failures\": " + failures.dump() +
+              ",\n\"totals\": " + kinds.dump() + "}\n");
+        return !failed && std::fflush(stdout) == 0;
+    }
+
+private:
+    void Write(std::string const& text) { failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size(); }
+
+    Json failures = Json::array();
+    bool any = false;
+    bool failed = false;
+};
+
+} // namespace
+
+std::unique_ptr<ListReport> MakeJsonReport() {
+    return std::make_unique<JsonReport>();
+}
+
+} // namespace zel

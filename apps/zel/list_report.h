@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// How a list is printed: as columns for a person, or as JSON for a program. Both print each row as it comes.
+
+#pragma once
+
+#include "file_facts.h"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace zel {
+
+/// What a list adds up to.
+struct ListTotals {
+    struct Kind {
+        unsigned long long files = 0;
+        unsigned long long sizeBytes = 0;
+    };
+    std::map<std::string, Kind> kinds; ///< By the kind's word.
+    unsigned long long failures = 0;   ///< Files and folders that could not be read.
+
+    void Add(FileFacts const& facts);
+};
+
+class ListReport {
+public:
+    virtual ~ListReport() = default;
+
+    virtual void AddRow(FileFacts const& facts) = 0;
+    /// A file or folder that could not be read. The text report leaves this to standard error.
+    virtual void AddFailure(std::string const& nativeName, std::string const& reason) = 0;
+    /// The end of the list; false when not everything could be written.
+    [[nodiscard]] virtual bool Finish(ListTotals const& totals) = 0;
+};
+
+/// Columns on standard output, in colours where it is a terminal that wants them.
+std::unique_ptr<ListReport> MakeTextReport();
+
+/// One object on standard output: "files", "failures", "totals". Each row is written as it comes.
+std::unique_ptr<ListReport> MakeJsonReport();
+
+} // namespace zel

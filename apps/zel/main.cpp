@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// zel: catalogues folders of image and scene files through the toolkit.
+
+#include "commands.h"
+
+#include <zeltools/foundation/product_name.h>
+#include <zeltools/foundation/start_and_close.h>
+
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <map>
+
+namespace {
+
+/// The toolkit stands for as long as this object.
+class Toolkit {
+public:
+    Toolkit() {
+        SetInternalProductName(u"zel", 0, true);
+        InitQuenbyApplication(nullptr, nullptr, AppInitFileTypes, nullptr);
+    }
+    ~Toolkit() {
+        BeforeCloseQuenbyApplication();
+        CloseQuenbyApplication(AppCloseFileTypes | AppCloseFreeTables);
+    }
+    Toolkit(Toolkit const&) = delete;
+    Toolkit& operator=(Toolkit const&) = delete;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // Names are counted in UTF-8 columns whatever the user's locale is; numbers stay in the C locale.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+
+    CLI::App app("Catalogues folders of image and scene files.", "zel");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "zel " ZEL_VERSION);
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.footer("Exit status: 0 all well, 1 something could not be read, 2 wrong usage.");
+
+    zel::ListOptions list;
+    CLI::App* const listCommand = app.add_subcommand("list", "List files with what their names tell, and totals by kind");
+    listCommand->add_option("PATH", list.paths, "Files and folders")->required();
+    listCommand->add_flag("-r,--recursive", list.recursive, "Enter the folders below too; links are not followed");
+    listCommand->add_flag("--json", list.json, "Print JSON");
+    std::map<std::string, zel::SortBy> const orders = {{"name", zel::SortBy::Name},
+                                                       {"size", zel::SortBy::Size},
+                                                       {"date", zel::SortBy::Date},
+                                                       {"kind", zel::SortBy::Kind}};
+    listCommand->add_option("--sort", list.sort, "Sort all rows by name, size, date or kind")
+        ->transform(CLI::CheckedTransformer(orders))
+        ->option_text("KEY");
+
+    bool json = false;
+    CLI::App* const typesCommand = app.add_subcommand("types", "List the file types that are known");
+    typesCommand->add_flag("--json", json, "Print JSON");
+    CLI::App* const whereCommand = app.add_subcommand("where", "Tell where the program keeps its data");
+    whereCommand->add_flag("--json", json, "Print JSON");
+
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::ParseError const& error) {
+        return app.exit(error) == 0 ? zel::ExitAllWell : zel::ExitWrongUsage;
+    }
+
+    Toolkit const toolkit;
+    if (*listCommand) {
+        return zel::RunList(list);
+    }
+    return *typesCommand ? zel::RunTypes(json) : *whereCommand ? zel::RunWhere(json) : zel::ExitWrongUsage;
+}
