@@ -15,7 +15,13 @@ enum ExitStatus : int {
     ExitWrongUsage = 2,
 };
 
-enum class SortBy { Walk, Name, Size, Date, Kind };
+enum class SortBy {
+    Walk,
+    Name,
+    Size,
+    Date,
+    Kind
+};
 
 struct ListOptions {
     std::vector<std::string> paths; ///< Native names of files and folders.

@@ -12,10 +12,10 @@ char const* KindName(unsigned int properties) {
         unsigned int kind;
         char const* name;
     };
-    // In this order, since a web page may be a film too.
+    // In this order, since a web page may count as a picture or a film too.
     constexpr Row rows[] = {
-        {FileKindDirectory, "folder"}, {FileKindBitmap, "bitmap"}, {FileKind3D, "3d"},           {FileKindAudio, "audio"},
-        {FileKindVideo, "video"},      {FileKindWeb, "web"},       {FileKindArchive, "archive"},
+        {FileKindDirectory, "folder"}, {FileKindWeb, "web"},     {FileKindBitmap, "bitmap"},   {FileKind3D, "3d"},
+        {FileKindAudio, "audio"},      {FileKindVideo, "video"}, {FileKindArchive, "archive"},
     };
     for (Row const& row : rows) {
         if (properties & row.kind) {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
-
 #include "file_facts.h"
 #include "list_report.h"
 #include "terminal.h"
-
 #include <zeltools/files/paths/file_dates.h>
 #include <zeltools/files/paths/folder_walk.h>
 #include <zeltools/files/paths/native_names.h>
@@ -24,10 +22,8 @@ namespace zel {
 namespace {
 
 /// The reason of a failure in the reader's language, which the message of a file exception gives with the name in it.
-std::string Reason(FileExceptionType cause, std::string const& shownName) {
-    CXFileException failure;
-    failure.cause = cause;
-    failure.fileName = CXTString<char16_t>(static_cast<char16_t const*>(XCA2W(shownName.c_str(), xEncodingUtf8)));
+std::string Reason(CXFileException::FileExceptionType cause, std::string const& shownName) {
+    CXFileException const failure(cause, static_cast<char16_t const*>(XCA2W(shownName.c_str(), xEncodingUtf8)));
     return static_cast<char const*>(XCW2A(failure.GetErrorMessage(), xEncodingUtf8));
 }
 
@@ -67,7 +63,7 @@ private:
         unsigned long long const size = fileGetSize(path);
         if (size == ~0ULL || !fileGetLastWriteDate(path, facts.lastWrite)) {
             CXFileException failure;
-            CXFileException::ThrowOsError(FileExceptionType::fileNotFound, path, &failure);
+            CXFileException::ThrowOsError(CXFileException::fileNotFound, path, &failure);
             Fail(nativePath, failure.cause);
             return;
         }
@@ -81,7 +77,7 @@ private:
         CFolderWalk walk(folder, options.recursive ? CFolderWalk::BelowToo : CFolderWalk::ThisFolder);
         for (CFolderWalk::Entry entry; walk.Next(entry);) {
             std::string const below = NativeBelow(walk.GetFolder(), folder.GetLength(), entry.name);
-            if (entry.error != FileExceptionType::none) {
+            if (entry.error != CXFileException::none) {
                 Fail(nativeFolder + (nativeFolder.ends_with('/') || below.empty() ? "" : "/") + below, entry.error);
                 continue;
             }
@@ -108,7 +104,7 @@ private:
         }
     }
 
-    void Fail(std::string const& nativeName, FileExceptionType cause) {
+    void Fail(std::string const& nativeName, CXFileException::FileExceptionType cause) {
         ++totals.failures;
         std::string const reason = Reason(cause, ShownName(nativeName, errorsToTerminal));
         report->AddFailure(nativeName, reason);

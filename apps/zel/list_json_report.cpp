@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "list_report.h"
-
 #include "json_text.h"
+#include "list_report.h"
 
 #include <cstdio>
 #include <fmt/format.h>

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "list_report.h"
-
 #include "terminal.h"
 
 #include <cstdio>
 #include <fmt/format.h>
 #include <iterator>
-
 #include <unistd.h>
 
 namespace zel {
@@ -53,10 +51,11 @@ public:
     void AddRow(FileFacts const& facts) override {
         if (!headed) {
             headed = true;
-            fmt::format_to(Out(), "{}\n",
-                           Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:>2}  {:>13}  {:<16}  {:<{}}  {}", "TYPE", "KIND",
-                                                "DOES", "N", "BYTES", "WRITTEN", "NAME", nameColumns, "DESCRIPTION"),
-                                    Colour::Dim, colour));
+            fmt::format_to(
+                Out(), "{}\n",
+                Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:>2}  {:>13}  {:<16}  {:<{}}  {}", "TYPE", "KIND", "DOES",
+                                     "N", "BYTES", "WRITTEN", "NAME", nameColumns, "DESCRIPTION"),
+                         Colour::Dim, colour));
         }
         fmt::format_to(Out(), "{:<4}  ", facts.classCode.empty() ? "-" : facts.classCode);
         AppendColoured(fmt::format("{:<7}", facts.kind), ColourOfKind(facts.kind));

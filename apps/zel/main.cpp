@@ -2,8 +2,7 @@
 // zel: catalogues folders of image and scene files through the toolkit.
 
 #include "commands.h"
-
-#include <zeltools/foundation/product_name.h>
+#include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/start_and_close.h>
 
 #include <CLI/CLI.hpp>
@@ -40,7 +39,8 @@ int main(int argc, char** argv) {
     app.footer("Exit status: 0 all well, 1 something could not be read, 2 wrong usage.");
 
     zel::ListOptions list;
-    CLI::App* const listCommand = app.add_subcommand("list", "List files with what their names tell, and totals by kind");
+    CLI::App* const listCommand =
+        app.add_subcommand("list", "List files with what their names tell, and totals by kind");
     listCommand->add_option("PATH", list.paths, "Files and folders")->required();
     listCommand->add_flag("-r,--recursive", list.recursive, "Enter the folders below too; links are not followed");
     listCommand->add_flag("--json", list.json, "Print JSON");

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdlib>
 #include <cwchar>
-
 #include <unistd.h>
 
 namespace zel {
@@ -50,8 +49,8 @@ void AppendEscaped(std::string& shown, std::string_view bytes) {
 
 bool IsControl(char32_t character) {
     // Beside the two control blocks: the marks that turn the direction of what follows.
-    return character < 0x20 || (character >= 0x7F && character < 0xA0) || (character >= 0x202A && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069);
+    return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
+           (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 } // namespace

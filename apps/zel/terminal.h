@@ -11,7 +11,17 @@
 namespace zel {
 
 /// How a piece of text is coloured on a terminal.
-enum class Colour { Plain, Dim, Bold, Blue, Cyan, Green, Magenta, Yellow, Red };
+enum class Colour {
+    Plain,
+    Dim,
+    Bold,
+    Blue,
+    Cyan,
+    Green,
+    Magenta,
+    Yellow,
+    Red
+};
 
 /// Whether colours may be used on a stream: it is a terminal and NO_COLOR is unset or empty (https://no-color.org).
 bool WantsColour(std::FILE* stream);

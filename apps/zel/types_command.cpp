@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
-
 #include "file_facts.h"
 #include "terminal.h"
-
 #include <zeltools/files/file_types.h>
 #include <zeltools/foundation/string_conversion.h>
 
@@ -65,7 +63,7 @@ void PrintTable(std::vector<TypeRow> const& rows) {
     for (TypeRow const& row : rows) {
         fmt::print("{:<4}  {:<7}  {:<4}  {:<50}  {}\n", row.classCode, row.kind,
                    row.loadable ? (row.savable ? "l s" : "l") : (row.savable ? "  s" : "-"),
-                   fmt::join(row.extensions, " "), row.description);
+                   fmt::format("{}", fmt::join(row.extensions, " ")), row.description);
     }
     fmt::print("\n{} types\n", rows.size());
 }

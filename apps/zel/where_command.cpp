@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
-
 #include "json_text.h"
 #include "terminal.h"
-
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_data.h>
 #include <zeltools/foundation/application_path.h>
-#include <zeltools/foundation/product_name.h>
+#include <zeltools/foundation/application_preferences.h>
+#include <zeltools/foundation/application_product_name.h>
 
 #include <cstdio>
 #include <fmt/format.h>

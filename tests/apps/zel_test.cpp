@@ -4,21 +4,20 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <spawn.h>
 #include <sstream>
 #include <string>
-#include <vector>
-
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -71,8 +70,8 @@ protected:
         std::string const home = "HOME=" + (folder / "home").string();
         std::string const data = "XDG_DATA_HOME=" + (folder / "home/data").string();
         std::string const common = "ZELTOOLS_COMMON_DATA=" + (folder / "home/common").string();
-        std::array<char const*, 8> const environment = {home.c_str(), data.c_str(),  common.c_str(), "TZ=UTC",
-                                                        "LC_ALL=C",   "PATH=/bin", nullptr,        nullptr};
+        std::array<char const*, 8> const environment = {home.c_str(), data.c_str(), common.c_str(), "TZ=UTC",
+                                                        "LC_ALL=C",   "PATH=/bin",  nullptr,        nullptr};
         pid_t child = 0;
         int const error =
             posix_spawn(&child, ZEL_PROGRAM, &actions, nullptr, argv.data(), const_cast<char**>(environment.data()));
@@ -98,7 +97,8 @@ protected:
 /// The rows of a JSON list by name; a name that is not UTF-8 stands under its hexadecimal bytes.
 std::map<std::string, Json> RowsByName(Outcome const& outcome) {
     std::map<std::string, Json> rows;
-    for (Json const& row : Json::parse(outcome.output).at("files")) {
+    Json const list = Json::parse(outcome.output);
+    for (Json const& row : list.at("files")) {
         rows[row.contains("nameBytes") ? row.at("nameBytes") : row.at("name")] = row;
     }
     return rows;
@@ -128,10 +128,20 @@ TEST_F(Zel, ListTellsWhatTheRegistryKnowsByTheName) {
 }
 
 TEST_F(Zel, EveryNameThatTheSystemAllowsMakesTheRoundTrip) {
-    std::vector<std::string> const names = {"two words.bmp", "quote'\"s.bmp", "back\\slash.bmp", "C:colon.bmp",
-                                            "star*?.bmp", "less<more>|.bmp", "tab\there.bmp", "\xE6\x97\xA5\xE6\x9C\xAC.bmp",
-                                            ".hidden", "...", "trailing. ", "\xEF\x80\xAA.bmp" /* U+F02A */,
-                                            std::string(255, 'n'), std::string(251, 'x') + ".bmp"};
+    std::vector<std::string> const names = {"two words.bmp",
+                                            "quote'\"s.bmp",
+                                            "back\\slash.bmp",
+                                            "C:colon.bmp",
+                                            "star*?.bmp",
+                                            "less<more>|.bmp",
+                                            "tab\there.bmp",
+                                            "\xE6\x97\xA5\xE6\x9C\xAC.bmp",
+                                            ".hidden",
+                                            "...",
+                                            "trailing. ",
+                                            "\xEF\x80\xAA.bmp" /* U+F02A */,
+                                            std::string(255, 'n'),
+                                            std::string(251, 'x') + ".bmp"};
     for (std::string const& name : names) {
         Make(name, name);
     }
@@ -236,7 +246,8 @@ TEST_F(Zel, SortOrdersAllRows) {
     Make("a.zip", "22");
     auto const names = [&](std::string const& key) {
         std::vector<std::string> result;
-        for (Json const& row : Json::parse(Run({"list", "--json", "--sort", key, Tree()}).output).at("files")) {
+        Json const list = Json::parse(Run({"list", "--json", "--sort", key, Tree()}).output);
+        for (Json const& row : list.at("files")) {
             result.push_back(row.at("name"));
         }
         return result;

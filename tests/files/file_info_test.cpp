@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/files/file_info.h"
-#include "zeltools/files/file_types.h"
 
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
+#include "zeltools/files/file_types.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +56,7 @@ SplitRow const splitRows[] = {
     {"AddressWithoutExtension", u"http://h/a/page?x", u"", u"http:\\\\h\\a\\", u"page", u"", u"x"},
 };
 INSTANTIATE_TEST_SUITE_P(Table, FileInfoSplit, testing::ValuesIn(splitRows),
-                         [](auto const& info) { return info.param.name; });
+                         [](auto const& test) { return test.param.name; });
 
 TEST(FileInfo, DirectoriesHaveAClassOfTheirOwn) {
     CFileInfo const info = Parse(u"C:/a/b.bmp/");
@@ -67,7 +67,7 @@ TEST(FileInfo, DirectoriesHaveAClassOfTheirOwn) {
     EXPECT_EQ(info.GetTopDirectory(), u"b.bmp");
     EXPECT_EQ(info.GetParentDirectory(), u"C:\\a\\");
     EXPECT_EQ(info.GetPathWithoutRoot(), u"a\\b.bmp\\");
-    EXPECT_EQ(Parse(u"C:\\a\\b", FileNameTypeDirectory).GetCompleteName(), u"C:\\a\\b");
+    EXPECT_EQ(Parse(u"C:\\a\\b", FileNameTypeDirectory).GetCompleteName(), u"C:\\a\\b\\");
 }
 
 TEST(FileInfo, AnEmptyNameAsksNothingAndExistsNowhere) {
@@ -145,11 +145,11 @@ DigitRow const digitRows[] = {
     {"None", u"image.tif", false, -1, u"image"},
 };
 INSTANTIATE_TEST_SUITE_P(Table, FileInfoDigits, testing::ValuesIn(digitRows),
-                         [](auto const& info) { return info.param.name; });
+                         [](auto const& test) { return test.param.name; });
 
 TEST(FileInfo, TheDiskTurnsAnExistingFolderIntoADirectory) {
-    tests::TemporaryFolder const folder;
-    Text withoutBackslash = folder.Path();
+    TemporaryFolder const folder;
+    Text withoutBackslash = folder.Path().c_str();
     if (withoutBackslash.Right(1) == u"\\") {
         withoutBackslash.Delete(withoutBackslash.GetLength() - 1, 1);
     }

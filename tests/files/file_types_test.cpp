@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/files/file_types.h"
-#include "zeltools/files/file_info.h"
-#include "zeltools/files/registered_file.h"
 
 #include "tests/support/printers.h"
+#include "zeltools/files/file_info.h"
+#include "zeltools/files/registered_file.h"
+#include "zeltools/foundation/xexception.h"
 
 #include <gtest/gtest.h>
-
-#include "zeltools/foundation/xexception.h"
 #include <thread>
 #include <vector>
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/files/built_in_types_private.h"
-
 #include "zeltools/foundation/four_cc.h"
 
 namespace detail {

@@ -28,18 +28,18 @@ using IoPluginCallback = bool (*)(IoPluginMode mode, void* argument);
 /// Bits of a type's properties word. The high half tells the kind of data. Bits 0x10, 0x1000 and 0x20000 occur in
 /// registered types too; the toolkit carries them for its hosts and tests none of them.
 enum FileProperty : unsigned int {
-    FilePropertyLoad = 0x1,                 ///< Can be loaded.
-    FilePropertySave = 0x2,                 ///< Can be saved.
-    FilePropertyLoadOther = 0x4,            ///< Can be loaded by a second means; counts as loadable.
-    FilePropertySaveOther = 0x8,            ///< Can be saved by a second means; counts as savable.
-    FilePropertyAnyLoad = 0x5,              ///< Either way of loading.
-    FilePropertyAnySave = 0xA,              ///< Either way of saving.
-    FilePropertyLoadDialog = 0x20,          ///< Loading has an optional dialog.
-    FilePropertyLoadDialogAlways = 0x40,    ///< Loading always shows its dialog.
-    FilePropertySavable3D = 0x80,           ///< Set at registration on a savable 3D type.
-    FilePropertySaveDialogAlways = 0x100,   ///< Saving always shows its dialog.
-    FilePropertyFirstParser = 0x800,        ///< Goes in front of the other parsers of its extensions.
-    FilePropertySaveDialog = 0x80000000,    ///< Saving has an optional dialog.
+    FilePropertyLoad = 0x1,               ///< Can be loaded.
+    FilePropertySave = 0x2,               ///< Can be saved.
+    FilePropertyLoadOther = 0x4,          ///< Can be loaded by a second means; counts as loadable.
+    FilePropertySaveOther = 0x8,          ///< Can be saved by a second means; counts as savable.
+    FilePropertyAnyLoad = 0x5,            ///< Either way of loading.
+    FilePropertyAnySave = 0xA,            ///< Either way of saving.
+    FilePropertyLoadDialog = 0x20,        ///< Loading has an optional dialog.
+    FilePropertyLoadDialogAlways = 0x40,  ///< Loading always shows its dialog.
+    FilePropertySavable3D = 0x80,         ///< Set at registration on a savable 3D type.
+    FilePropertySaveDialogAlways = 0x100, ///< Saving always shows its dialog.
+    FilePropertyFirstParser = 0x800,      ///< Goes in front of the other parsers of its extensions.
+    FilePropertySaveDialog = 0x80000000,  ///< Saving has an optional dialog.
     FileKindBitmap = 0x10000,
     FileKind3D = 0x40000,
     FileKindAudio = 0x80000,
@@ -47,7 +47,7 @@ enum FileProperty : unsigned int {
     FileKindWeb = 0x200000,
     FileKindArchive = 0x400000,
     FileKindDirectory = 0x1000000,
-    FileKindMask = 0xFFFF0000,              ///< All kinds, and the other bits of the high half.
+    FileKindMask = 0xFFFF0000, ///< All kinds, and the other bits of the high half.
 };
 
 /// Ids with a meaning of their own, as class, loader or saver.

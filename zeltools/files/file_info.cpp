@@ -54,7 +54,10 @@ void CFileInfo::FindParser(bool defaultChoice) {
     callback = parser.callback;
     // An explicit class never falls through to another parser.
     if (registry.GetParserCount(extension) > 1) {
-        flags |= SeveralParsers | (defaultChoice ? AnotherParserAllowed : 0);
+        flags |= SeveralParsers;
+        if (defaultChoice) {
+            flags |= AnotherParserAllowed;
+        }
     }
 }
 

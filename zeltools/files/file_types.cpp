@@ -16,10 +16,7 @@ template <typename Visit>
 void ForEachType(Visit visit) {
     CRegisteredFile& registry = CRegisteredFile::Instance();
     for (unsigned int position = registry.GetFirst(); position != noPosition;) {
-        unsigned int classId = 0;
-        CFileExt* type = nullptr;
-        registry.GetNext(position, classId, type);
-        visit(*type);
+        visit(*registry.GetNext(position));
     }
 }
 

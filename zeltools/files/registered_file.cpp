@@ -108,9 +108,7 @@ CRegisteredFile::CRegisteredFile() {
 
 CRegisteredFile::~CRegisteredFile() {
     for (unsigned int position = classesOfExtension.GetFirst(); position != 0xFFFFFFFF;) {
-        ClassArray* classes = nullptr;
-        classesOfExtension.GetNext(position, classes);
-        delete classes;
+        delete *classesOfExtension.GetNext(position);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "zeltools/files/file_ext.h"
 #include "zeltools/foundation/api.h"
 #include "zeltools/foundation/hash_map.h"
+#include "zeltools/foundation/hash_table.h"
 #include "zeltools/foundation/xarray.h"
 #include "zeltools/foundation/xlc_string.h"
 #include "zeltools/process/xcritical_section.h"

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Copying into a buffer: a copy that cannot run over its target, and the question whether two texts share theirs.
+// A copy that cannot run over its target, and says so when it is asked to.
 
 #pragma once
+
+#include "zeltools/platform/invalid_parameter.h"
 
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <functional>
 
 namespace detail {
 
@@ -24,14 +25,9 @@ int CopySafe(T* target, std::size_t room, T const* source, std::size_t count) {
     }
     if (target)
         std::memset(target, 0, room * sizeof(T));
-    return errno = target && source ? ERANGE : EINVAL;
-}
-
-/// Whether `text` points into the `length` characters of a buffer or at their terminator.
-template <class T>
-bool PointsInto(T const* text, T const* buffer, std::size_t length) {
-    std::less<T const*> const before;
-    return !before(text, buffer) && !before(buffer + length, text);
+    errno = target && source ? ERANGE : EINVAL;
+    platform::ReportInvalidParameter();
+    return target && source ? ERANGE : EINVAL;
 }
 
 } // namespace detail

@@ -17,8 +17,8 @@
 
 /// What a start does beside recording the main thread and the worker count.
 enum AppInitFlags : unsigned int {
-    AppInitFileTypes = 0x1,        ///< Create the file type registry with the built-in types.
-    AppInitSignals = 0x2,          ///< Turn SIGSEGV, SIGFPE and SIGILL into exceptions: a `char const*` that names them.
+    AppInitFileTypes = 0x1, ///< Create the file type registry with the built-in types.
+    AppInitSignals = 0x2,   ///< Turn SIGSEGV, SIGFPE and SIGILL into exceptions: a `char const*` that names them.
     AppInitInvalidParameter = 0x4, ///< Ignore misuse that the C library would end the process for.
 };
 
@@ -39,11 +39,11 @@ enum ZelToolsInitFlags : unsigned int {
 /// @param name             Not looked at.
 /// @param applicationPath  Given to SetApplicationPath, or null for the running program's own path.
 /// @param flags            AppInitFlags.
-/// @param logFile          Path of the log, or null for none.
+/// @param logFile          Where a host wants its log, or null for none; this release writes none.
 ZEL_API void InitQuenbyApplication(char const* name, char16_t const* applicationPath, unsigned int flags,
                                    char16_t const* logFile);
 
-/// Starts the toolkit with all of AppInitFlags, without a log, unless it has been started; and counts the call.
+/// Starts the toolkit with all of AppInitFlags, unless it has been started; and counts the call.
 /// @param flags  ZelToolsInitFlags.
 ZEL_API void InitZelTools(unsigned int flags);
 

@@ -3,17 +3,11 @@
 
 #include "zeltools/files/paths/path_slashes.h"
 #include "zeltools/platform/errors.h"
+#include "zeltools/platform/file_names.h"
 #include "zeltools/platform/files.h"
 #include "zeltools/platform/find_files.h"
 
 namespace {
-
-FileExceptionType CauseOf(unsigned int error) {
-    CXFileException failure;
-    platform::SetLastError(error);
-    CXFileException::ThrowOsError(FileExceptionType::genericException, u"", &failure);
-    return failure.cause;
-}
 
 /// The stamp counts from 1601, in steps of 100 ns; a calendar time from 1970. No local time stands in between, so the
 /// hour that a change of daylight saving repeats keeps its two meanings.
@@ -22,13 +16,23 @@ CXTime TimeOf(FILETIME const& stamp) {
     return CXTime(ticks / 10'000'000 - 11'644'473'600);
 }
 
+/// A search gives a link that leads nowhere as an entry with the link's own facts; for a walk it is unreadable.
+unsigned int ErrorOfTarget(CXTString<char16_t> const& folder, platform::FindData const& link) {
+    if (link.error || link.attributes & platform::FileAttributeDirectory) {
+        return link.error;
+    }
+    platform::FileAttributeData target;
+    return platform::GetFileAttributesExW(folder + link.name.c_str(), target) ? 0 : platform::GetLastError();
+}
+
 bool IsDots(std::u16string const& name) {
     return name == u"." || name == u"..";
 }
 
 } // namespace
 
-CFolderWalk::CFolderWalk(CXTString<char16_t> const& start, Depth howDeep) : toEnter(false), found(false), depth(howDeep) {
+CFolderWalk::CFolderWalk(CXTString<char16_t> const& start, Depth howDeep)
+    : toEnter(false), found(false), depth(howDeep) {
     CXTString<char16_t> terminated = start;
     fileSlashTerminate(terminated);
     toEnter.Add(terminated);
@@ -80,7 +84,7 @@ bool CFolderWalk::Next(Entry& entry) {
                 continue;
             }
             entry = Entry();
-            entry.error = CauseOf(error);
+            entry.error = CXFileException::OsErrorToException(error);
             return true;
         }
         if (IsDots(data.name)) {
@@ -91,7 +95,7 @@ bool CFolderWalk::Next(Entry& entry) {
         entry.isLink = data.attributes & platform::FileAttributeReparsePoint;
         entry.isDirectory = data.attributes & platform::FileAttributeDirectory;
         entry.sizeBytes = data.sizeBytes;
-        entry.error = data.error ? CauseOf(data.error) : FileExceptionType::none;
+        entry.error = CXFileException::OsErrorToException(entry.isLink ? ErrorOfTarget(folder, data) : data.error);
         entry.lastWrite = CXTime();
         if (!data.error) {
             entry.lastWrite = TimeOf(data.lastWrite);

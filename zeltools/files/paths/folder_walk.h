@@ -34,9 +34,9 @@ public:
         bool isLink = false;      ///< A symbolic link; size and date are those of what it points to.
         unsigned long long sizeBytes = 0;
         CXTime lastWrite;
-        /// FileExceptionType `none` when the facts are good; otherwise why the entry (or, where the name is empty, the
+        /// `none` when the facts are good; otherwise why the entry (or, where the name is empty, the
         /// folder GetFolder) could not be read.
-        FileExceptionType error = FileExceptionType::none;
+        CXFileException::FileExceptionType error = CXFileException::none;
     };
 
     CFolderWalk(CXTString<char16_t> const& folder, Depth depth);

@@ -136,6 +136,39 @@ std::string NativeFolderOf(std::string const& native) {
     return slash == std::string::npos ? "." : native.substr(0, slash + 1);
 }
 
+/// Opens a folder whose path may be longer than the 4,096 bytes that the system takes at once: such a path is walked
+/// in pieces, each opened from the one before. -1 with errno.
+int OpenFolder(std::string const& path, int flags) {
+    int const whole = RetryInterrupted([&] { return open(path.c_str(), flags); });
+    if (whole >= 0 || errno != ENAMETOOLONG) {
+        return whole;
+    }
+    constexpr std::size_t pieceBytes = 2048; // any limit that holds several names of 255 bytes
+    int folder = AT_FDCWD;
+    for (std::size_t start = 0; start < path.size();) {
+        bool const isLast = path.size() - start <= pieceBytes;
+        std::size_t const end = isLast ? path.size() : path.rfind('/', start + pieceBytes) + 1;
+        if (end <= start) { // one name is longer than a piece
+            errno = ENAMETOOLONG;
+        }
+        std::string const piece = end <= start ? std::string() : path.substr(start, end - start);
+        int const next = piece.empty() ? -1 : RetryInterrupted([&] {
+            return openat(folder, piece.c_str(), isLast ? flags : O_PATH | O_DIRECTORY | O_CLOEXEC);
+        });
+        int const error = errno;
+        if (folder != AT_FDCWD) {
+            close(folder);
+        }
+        errno = error;
+        if (next < 0) {
+            return -1;
+        }
+        folder = next;
+        start = path.find_first_not_of('/', end);
+    }
+    return folder;
+}
+
 /// Whether two paths that exist are the same folder: at a root, what is above it is itself.
 bool IsRootFolder(int folder) {
     struct stat here {};
@@ -166,8 +199,7 @@ bool OpenSearch(std::u16string_view path, Search& search) {
         return false;
     }
     std::string const nativeFolder = hasWildcards ? native : NativeFolderOf(native);
-    search.folder = RetryInterrupted(
-        [&] { return open(nativeFolder.c_str(), (hasWildcards ? O_RDONLY : O_PATH) | O_DIRECTORY | O_CLOEXEC); });
+    search.folder = OpenFolder(nativeFolder, (hasWildcards ? O_RDONLY : O_PATH) | O_DIRECTORY | O_CLOEXEC);
     if (search.folder < 0) {
         return errno == ENOENT ? FailWith(ErrorPathNotFound) : FailWithErrno();
     }

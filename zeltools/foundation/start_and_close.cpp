@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/foundation/start_and_close.h"
+
+#include "zeltools/files/registered_file.h"
+#include "zeltools/foundation/application_path.h"
+#include "zeltools/foundation/application_product_name.h"
+#include "zeltools/foundation/exit_callbacks_private.h"
+#include "zeltools/foundation/fault_handlers_private.h"
+#include "zeltools/foundation/xruntime_class_private.h"
+#include "zeltools/platform/modules.h"
+#include "zeltools/platform/threads.h"
+#include "zeltools/process/application_state_private.h"
+#include "zeltools/process/custom_thread.h"
+#include "zeltools/process/thread_registry_private.h"
+#include "zeltools/process/worker_count_private.h"
+
+#include <atomic>
+
+namespace {
+
+std::atomic<bool> applicationInitialised;
+std::atomic<int> zelToolsUseCount;
+
+/// The steps of a first start, in their order: each may rely on the ones before.
+void Start(char16_t const* applicationPath, unsigned int flags) {
+    ApplicationMainThreadId.store(platform::GetCurrentThreadId());
+    detail::SetWorkerCountFromProcessors();
+    if (applicationPath) {
+        SetApplicationPath(applicationPath);
+    }
+    if (flags & AppInitFileTypes) {
+        CRegisteredFile::Instance();
+    }
+    if (flags & AppInitInvalidParameter) {
+        detail::InstallInvalidParameterHandler();
+    }
+    if (flags & AppInitSignals) {
+        detail::InstallSignalHandlers();
+    }
+}
+
+} // namespace
+
+void InitQuenbyApplication(char const*, char16_t const* applicationPath, unsigned int flags, char16_t const*) {
+    if (!applicationInitialised.exchange(true)) {
+        Start(applicationPath, flags);
+    }
+}
+
+void InitZelTools(unsigned int) {
+    // The messages are part of the library itself, so they are always on the chain and its flag asks for nothing more.
+    if (++zelToolsUseCount == 1 && !applicationInitialised.exchange(true)) {
+        Start(nullptr, AppInitFileTypes | AppInitSignals | AppInitInvalidParameter);
+    }
+}
+
+void CloseZelTools(unsigned int) {
+    int count = zelToolsUseCount.load();
+    while (count > 0 && !zelToolsUseCount.compare_exchange_weak(count, count - 1)) {
+    }
+    if (count == 1) {
+        CloseQuenbyApplication(0xFFFFFFFF);
+    }
+}
+
+void BeforeCloseQuenbyApplication() {
+    if (!ApplicationCloseStarted.exchange(true)) {
+        CCustomThread::AskForThreadsEnd(true);
+        while (CCustomThread::GetRunningThreadCount() != 0) {
+            platform::Sleep(10);
+        }
+    }
+    detail::RunBeforeCloseCallbacks();
+}
+
+void CloseQuenbyApplication(unsigned int flags) {
+    if (!applicationInitialised.exchange(false)) {
+        return;
+    }
+    if (flags & AppCloseSignals) {
+        detail::RestoreSignalHandlers();
+    }
+    if (flags & AppCloseFileTypes) {
+        CRegisteredFile::Free();
+    }
+    detail::RunExitCallbacks();
+    if (flags & AppCloseFreeTables) {
+        detail::DeleteExitCallbackTable();
+        detail::DeleteWorkerCountCallbacks();
+        detail::DeleteThreadTables();
+        detail::ForgetApplicationPath();
+        detail::ForgetProductName();
+    }
+    detail::RunBeforeCloseCallbacks();
+    if (flags & AppCloseFreeTables) {
+        detail::DeleteRuntimeClassRegistry();
+    }
+}
+
+void* ZelToolsResourceHandle() {
+    return platform::GetOwnModule();
+}
