@@ -170,7 +170,42 @@ private:
         return static_cast<unsigned int>((static_cast<uint128>(fraction) * tableSize) >> 64);
     }
 
-    bool Holds(Slot const& slot, K const& key) const { return slot.state == SlotActive && M::IsEqual(slot.key, key); }
+    // Nearly every probe is over after three slots, but which of them ends it is a toss that no processor can foresee.
+    // So all three are read at once, and only whether they decide is a branch, which nearly always goes one way.
+
+    /// Whether the first three slots of a probe, at 0, 1 and 4, do not go round the end.
+    bool ThreeFollow(unsigned int start) const { return std::uint64_t{start} + 4 < tableSize; }
+
+    /// The bits of all three states.
+    unsigned int States(unsigned int start) const {
+        return slots[start].state | slots[start + 1].state | slots[start + 4].state;
+    }
+
+    /// The one of the three that holds the key. A key stands in the table once, so their order does not matter.
+    unsigned int HoldingOfThree(unsigned int start, K const& key) const {
+        if (!ThreeFollow(start))
+            return NoPosition;
+        unsigned int const equal = static_cast<unsigned int>(M::IsEqual(slots[start].key, key)) |
+                                   static_cast<unsigned int>(M::IsEqual(slots[start + 1].key, key)) << 1 |
+                                   static_cast<unsigned int>(M::IsEqual(slots[start + 4].key, key)) << 2;
+        if (equal == 0)
+            return NoPosition;
+        unsigned int const p = start + SquareOfLowestBit(equal);
+        return slots[p].state == SlotActive ? p : NoPosition; // an empty slot has the key 0, a deleted one an old key
+    }
+
+    /// The first empty one of the three, where none of them is deleted.
+    unsigned int FirstEmptyOfThree(unsigned int start) const {
+        if (!ThreeFollow(start) || States(start) != SlotEmpty)
+            return NoPosition;
+        return start + SquareOfLowestBit(slots[start].state | static_cast<unsigned int>(slots[start + 1].state) << 1 |
+                                         static_cast<unsigned int>(slots[start + 4].state) << 2);
+    }
+
+    static unsigned int SquareOfLowestBit(unsigned int bits) {
+        unsigned int const i = static_cast<unsigned int>(std::countr_zero(bits));
+        return i * i;
+    }
 
     /// Walks a probe from `start` to the slot that `isThere` accepts, or to the empty slot that ends it.
     /// `passDeleted(p)` hears of each deleted slot on the way.
@@ -212,9 +247,16 @@ unsigned int OpenAddressing<Slot, K, M>::Probe(unsigned int start, IsThere const
 
 template <class Slot, class K, class M>
 unsigned int OpenAddressing<Slot, K, M>::FindPos(K const& key) const {
+    unsigned int const start = StartSlot(key);
+    if constexpr (PlainKeys) {
+        if (unsigned int const held = HoldingOfThree(start, key); held != NoPosition)
+            return held;
+        if (unsigned int const empty = FirstEmptyOfThree(start); empty != NoPosition) [[likely]]
+            return empty;
+    }
     unsigned int tombstone = NoPosition;
     unsigned int const p = Probe(
-        StartSlot(key), [&](Slot const& slot) { return Holds(slot, key); },
+        start, [&](Slot const& slot) { return slot.state == SlotActive && M::IsEqual(slot.key, key); },
         [&](unsigned int deleted) {
             if (tombstone == NoPosition)
                 tombstone = deleted;
@@ -226,39 +268,35 @@ template <class Slot, class K, class M>
 Slot* OpenAddressing<Slot, K, M>::Locate(K const& key) const {
     unsigned int const start = StartSlot(key);
     if constexpr (PlainKeys) {
-        // Nearly every probe is over after three slots, but which of them ends it is a toss that no processor can
-        // foresee. So all three are read at once, and two tests that nearly always come out alike remain. A key
-        // stands in the table once, so it is the one looked for wherever in the probe it turns up.
-        if (std::uint64_t{start} + 4 < tableSize) [[likely]] {
-            Slot* const probe = slots + start;
-            unsigned int const equal = static_cast<unsigned int>(M::IsEqual(probe[0].key, key)) |
-                                       static_cast<unsigned int>(M::IsEqual(probe[1].key, key)) << 1 |
-                                       static_cast<unsigned int>(M::IsEqual(probe[4].key, key)) << 2;
-            if (equal != 0) {
-                int const i = std::countr_zero(equal);
-                if (probe[i * i].state == SlotActive) [[likely]]
-                    return probe + i * i;
-            } else if (((probe[0].state | probe[1].state | probe[4].state) & SlotEmpty) != 0) {
-                return nullptr; // SlotEmpty is the one odd state
-            }
-        }
+        if (unsigned int const held = HoldingOfThree(start, key); held != NoPosition)
+            return slots + held;
+        // A key that is not there belongs nowhere yet, so it is enough that the probe ends: SlotEmpty is the one odd
+        // state.
+        if (ThreeFollow(start) && (States(start) & SlotEmpty) != 0) [[likely]]
+            return nullptr;
     }
     unsigned int const p = Probe(
-        start, [&](Slot const& slot) { return Holds(slot, key); }, [](unsigned int) {});
+        start, [&](Slot const& slot) { return slot.state == SlotActive && M::IsEqual(slot.key, key); },
+        [](unsigned int) {});
     return slots[p].state == SlotActive ? slots + p : nullptr;
 }
 
 template <class Slot, class K, class M>
 unsigned int OpenAddressing<Slot, K, M>::FindActiveElement(unsigned int index) const {
-    // Eight states make a mask: whether the next slot is active cannot be foreseen, whether one of eight is can.
-    constexpr unsigned int group = 8;
-    for (; index < tableSize && tableSize - index >= group; index += group) {
-        unsigned int active = 0;
-        for (unsigned int i = 0; i < group; ++i)
-            active |= static_cast<unsigned int>(slots[index + i].state == SlotActive) << i;
-        if (active != 0)
-            return index + static_cast<unsigned int>(std::countr_zero(active));
-    }
+    // Whether the next slot is active is a toss. In a small table that is walked again and again the processor learns
+    // the tosses by heart, and testing slot after slot is fastest; in a large one each wrong guess costs more than
+    // looking at four slots at once. The bound lies where the measured times cross.
+    constexpr unsigned int largeTable = 1u << 15;
+    constexpr unsigned int group = 4;
+    if (tableSize >= largeTable)
+        for (; index < tableSize && tableSize - index >= group; index += group) {
+            Slot const* const slot = slots + index;
+            unsigned int active = 0;
+            for (unsigned int i = 0; i < group; ++i)
+                active |= static_cast<unsigned int>(slot[i].state == SlotActive) << i;
+            if (active != 0)
+                return index + static_cast<unsigned int>(std::countr_zero(active));
+        }
     for (; index < tableSize; ++index)
         if (slots[index].state == SlotActive)
             return index;
@@ -415,8 +453,10 @@ void OpenAddressing<Slot, K, M>::MoveInto(Slot* oldSlots, unsigned int oldSize) 
     auto const settle = [&] {
         for (unsigned int i = 0; i < count; ++i) {
             // All keys differ, so the first free slot of the probe is the right one and nothing need be compared.
-            unsigned int const p = Probe(
-                waiting[i].start, [](Slot const&) { return false; }, [](unsigned int) {});
+            unsigned int p = FirstEmptyOfThree(waiting[i].start);
+            if (p == NoPosition)
+                p = Probe(
+                    waiting[i].start, [](Slot const&) { return false; }, [](unsigned int) {});
             slots[p].MoveElement(*waiting[i].from);
             slots[p].state = SlotActive;
         }

@@ -11,10 +11,11 @@ namespace platform {
 /// The size and the alignment of a large page, in bytes.
 inline constexpr std::size_t HugePageSize = std::size_t{2} << 20;
 
-/// From this block size in bytes the gain outweighs what rounding up to whole large pages wastes.
-inline constexpr std::size_t HugePagesWorthwhile = HugePageSize;
+/// From this block size in bytes a large page is at least half used.
+inline constexpr std::size_t HugePagesWorthwhile = HugePageSize / 2;
 
-/// Asks for large pages under a block that begins at a multiple of HugePageSize. Its content is unchanged.
+/// Asks for large pages under a block that begins and ends at multiples of HugePageSize. Its content is unchanged.
+/// @param bytes  How much of the block will be used. A last page that is not half used stays in small ones.
 /// Errors:  none; a refusal is ignored and leaves GetLastError alone.
 /// Threads: any.
 void PreferHugePages(void* block, std::size_t bytes) noexcept;

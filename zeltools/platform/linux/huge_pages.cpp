@@ -8,7 +8,7 @@ namespace platform {
 
 void PreferHugePages(void* block, std::size_t bytes) noexcept {
     int const savedErrno = errno;
-    madvise(block, bytes / HugePageSize * HugePageSize, MADV_HUGEPAGE);
+    madvise(block, (bytes + HugePageSize / 2) / HugePageSize * HugePageSize, MADV_HUGEPAGE);
     errno = savedErrno;
 }
 
