@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "zeltools/foundation/desktop_hooks.h"
+#include "zeltools/foundation/desktop_hooks_private.h"
+#include "zeltools/foundation/string_conversion.h"
 
 #include <atomic>
+#include <cstdio>
 
 namespace detail {
 
@@ -9,7 +11,10 @@ namespace {
 
 class HeadlessDesktop final : public DesktopHooks {
 public:
-    MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const&, MessageBoxButtons buttons) override {
+    MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const& text, MessageBoxButtons buttons) override {
+        CXTString<char> bytes;
+        XFASTCW2A(bytes, text, xEncodingUtf8);
+        std::fprintf(stderr, "%s\n", static_cast<char const*>(bytes));
         return SafestAnswer(buttons);
     }
     std::optional<int> MeasureText(CWnd*, CXTString<char16_t> const&) override { return std::nullopt; }

@@ -4,7 +4,7 @@
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
 #include "zeltools/files/paths/valid_names.h"
-#include "zeltools/foundation/desktop_hooks.h"
+#include "zeltools/foundation/desktop_hooks_private.h"
 #include "zeltools/foundation/xload_string.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/files/paths/text_view_private.h"
-#include "zeltools/foundation/desktop_hooks.h"
+#include "zeltools/foundation/desktop_hooks_private.h"
 #include "zeltools/platform/shell_path.h"
 
 #include <algorithm>

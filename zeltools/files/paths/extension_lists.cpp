@@ -51,7 +51,8 @@ CXTString<char16_t> SearchPattern(std::u16string_view token, std::u16string_view
 
 CXTString<char16_t> fileCleanExtensionList(CXTString<char16_t> const& list, bool extensions,
                                            CHashTable<CXTString<char16_t>>* table) {
-    CXTString<char16_t> source = list;
+    // Patterns are compared and appended up to a zero, so a list ends there too.
+    CXTString<char16_t> source = static_cast<char16_t const*>(list);
     source.Replace(u',', u' ');
     source.Replace(u';', u' ');
     source.Trim();

@@ -5,7 +5,7 @@
 #include "zeltools/files/paths/path_queries.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/files/paths/text_view_private.h"
-#include "zeltools/foundation/desktop_hooks.h"
+#include "zeltools/foundation/desktop_hooks_private.h"
 #include "zeltools/foundation/xload_string.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Names that a person has typed. These are the path functions that show messages, in a box that the active window owns;
-// without a desktop nothing is shown and the answer is the safest one.
+// without a desktop they go to standard error, and the answer is the safest one.
 //
 // Threads: any that may show a message box.
 

@@ -19,8 +19,7 @@ char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_
 
 // Matches from a pattern's first `*` on. Each `*` fixes all that was matched before it: a mismatch goes back to the
 // last one and lets it take some characters more.
-bool MatchFromStar(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern,
-                   char16_t const* patternEnd) {
+bool MatchFromStar(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern, char16_t const* patternEnd) {
     char16_t const* resumePattern = pattern;
     char16_t const* resumeName = name;
     while (name != nameEnd) {

@@ -48,8 +48,8 @@ public:
     virtual int GetClientWidth(CWnd* window) = 0;
 };
 
-/// The desktop that is installed, or the headless one: its message boxes are not shown and answer with the button that
-/// does the least, and it measures nothing. Threads: any.
+/// The desktop that is installed, or the headless one: its message boxes go to standard error and answer with the
+/// button that does the least, and it measures nothing. Threads: any.
 DesktopHooks& GetDesktopHooks();
 
 /// Installs a desktop, which must outlive every call that may use it; null goes back to the headless one.

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// The splitting of file names beside std::filesystem::path: root, directory, name and extension of the same paths.
+#include "zeltools/files/paths/path_parts.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Rooted native paths of a few directories; the toolkit's form differs in the slashes alone.
+std::vector<std::string> MakePaths(int directories) {
+    std::mt19937 random(7);
+    std::vector<std::string> paths;
+    for (int count = 0; count < 1000; ++count) {
+        std::string path = "/home";
+        for (int level = 0; level < directories; ++level) {
+            path += "/folder" + std::to_string(random() % 100000);
+        }
+        paths.push_back(path + "/image" + std::to_string(random() % 1000) + ".tif");
+    }
+    return paths;
+}
+
+CXTString<char16_t> ToolkitForm(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return CXTString<char16_t>(path.c_str());
+}
+
+bool IsSame(std::u16string_view ours, std::string theirs) {
+    std::replace(theirs.begin(), theirs.end(), '/', '\\');
+    return std::equal(ours.begin(), ours.end(), theirs.begin(), theirs.end());
+}
+
+bool AnswersAgree(std::string const& native) {
+    detail::PathParts const parts(ToolkitForm(native));
+    std::filesystem::path const path(native);
+    return IsSame(parts.GetRoot(), path.root_path().string()) &&
+           IsSame(parts.GetPath(), path.parent_path().string() + "/") &&
+           IsSame(parts.GetName(), path.stem().string()) && IsSame(parts.GetExtension(), path.extension().string());
+}
+
+void SplitWithZel(benchmark::State& state) {
+    std::vector<CXTString<char16_t>> texts;
+    for (std::string const& path : MakePaths(static_cast<int>(state.range(0)))) {
+        if (!AnswersAgree(path)) {
+            state.SkipWithError("the answers differ");
+            return;
+        }
+        texts.push_back(ToolkitForm(path));
+    }
+    for (auto _ : state) {
+        std::size_t units = 0;
+        for (CXTString<char16_t> const& text : texts) {
+            detail::PathParts const parts(text);
+            units +=
+                parts.GetRoot().size() + parts.GetPath().size() + parts.GetName().size() + parts.GetExtension().size();
+        }
+        benchmark::DoNotOptimize(units);
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(texts.size()));
+}
+
+void SplitWithFilesystem(benchmark::State& state) {
+    std::vector<std::string> const texts = MakePaths(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        std::size_t units = 0;
+        for (std::string const& text : texts) {
+            std::filesystem::path const path(text);
+            units += path.root_path().native().size() + path.parent_path().native().size() +
+                     path.stem().native().size() + path.extension().native().size();
+        }
+        benchmark::DoNotOptimize(units);
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(texts.size()));
+}
+
+} // namespace
+
+BENCHMARK(SplitWithZel)->Name("SplitPath/zel")->Arg(1)->Arg(5)->Arg(20);
+BENCHMARK(SplitWithFilesystem)->Name("SplitPath/filesystem")->Arg(1)->Arg(5)->Arg(20);
+BENCHMARK_MAIN();
