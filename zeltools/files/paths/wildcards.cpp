@@ -17,19 +17,22 @@ char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_
     return pattern == u'*' || pattern == u'?' ? name : std::find(name, nameEnd, pattern);
 }
 
-// Matches from a pattern's first `*` on. Each `*` fixes all that was matched before it: a mismatch goes back to the
-// last one and lets it take some characters more.
-bool MatchFromStar(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern, char16_t const* patternEnd) {
+// Matches a pattern that begins and ends in a star. Each star fixes all that was matched before it: a mismatch goes
+// back to the last one and lets it take some characters more.
+bool MatchBetweenStars(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern,
+                       char16_t const* patternEnd) {
     char16_t const* resumePattern = pattern;
     char16_t const* resumeName = name;
-    while (name != nameEnd) {
-        if (pattern != patternEnd && *pattern == u'*') {
+    for (;;) {
+        if (*pattern == u'*') {
             if (++pattern == patternEnd) {
                 return true;
             }
             resumePattern = pattern;
             name = resumeName = FindStart(name, nameEnd, *pattern);
-        } else if (pattern != patternEnd && (*pattern == *name || *pattern == u'?')) {
+        } else if (name == nameEnd) {
+            return false;
+        } else if (*pattern == *name || *pattern == u'?') {
             ++pattern;
             ++name;
         } else {
@@ -37,24 +40,34 @@ bool MatchFromStar(char16_t const* name, char16_t const* nameEnd, char16_t const
             name = resumeName = FindStart(resumeName + 1, nameEnd, *pattern);
         }
     }
-    return std::all_of(pattern, patternEnd, [](char16_t c) { return c == u'*'; });
 }
 
-bool Match(std::u16string_view name, std::u16string_view pattern, bool caseSensitive) {
-    std::size_t const head = std::min(pattern.find(u'*'), pattern.size());
-    if (name.size() < head || (head == pattern.size() && name.size() != head)) {
-        return false;
-    }
-    for (std::size_t index = 0; index < head; ++index) {
-        char16_t const wanted = pattern[index];
-        bool const isEqual =
-            caseSensitive ? wanted == name[index] : UpperOfLowByte(wanted) == UpperOfLowByte(name[index]);
-        if (!isEqual && wanted != u'?') {
+bool Match(std::u16string_view nameText, std::u16string_view patternText, bool caseSensitive) {
+    char16_t const* name = nameText.data();
+    char16_t const* nameEnd = name + nameText.size();
+    char16_t const* pattern = patternText.data();
+    char16_t const* patternEnd = pattern + patternText.size();
+
+    for (; pattern != patternEnd && *pattern != u'*'; ++pattern, ++name) {
+        if (name == nameEnd) {
+            return false;
+        }
+        bool const isEqual = caseSensitive ? *pattern == *name : UpperOfLowByte(*pattern) == UpperOfLowByte(*name);
+        if (!isEqual && *pattern != u'?') {
             return false;
         }
     }
-    return MatchFromStar(name.data() + head, name.data() + name.size(), pattern.data() + head,
-                         pattern.data() + pattern.size());
+    if (pattern == patternEnd) {
+        return name == nameEnd;
+    }
+    // What follows the last star can only stand at the end of the name.
+    while (patternEnd[-1] != u'*') {
+        --patternEnd;
+        if (name == nameEnd || (*--nameEnd != *patternEnd && *patternEnd != u'?')) {
+            return false;
+        }
+    }
+    return MatchBetweenStars(name, nameEnd, pattern, patternEnd);
 }
 
 } // namespace
