@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A copy that cannot run over its target, and says so when it is asked to.
+// Copying into a buffer: a copy that cannot run over its target, and the question whether two texts share theirs.
 
 #pragma once
 
@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 
 namespace detail {
 
@@ -28,6 +29,13 @@ int CopySafe(T* target, std::size_t room, T const* source, std::size_t count) {
     errno = target && source ? ERANGE : EINVAL;
     platform::ReportInvalidParameter();
     return target && source ? ERANGE : EINVAL;
+}
+
+/// Whether `text` points into the `length` characters of a buffer or at their terminator.
+template <class T>
+bool PointsInto(T const* text, T const* buffer, std::size_t length) {
+    std::less<T const*> const before;
+    return !before(text, buffer) && !before(buffer + length, text);
 }
 
 } // namespace detail
