@@ -54,6 +54,7 @@
 #include <zeltools/foundation/scoped_values.h>
 #include <zeltools/foundation/shared_object.h>
 #include <zeltools/foundation/stack.h>
+#include <zeltools/foundation/start_and_close.h>
 #include <zeltools/foundation/string_conversion.h>
 #include <zeltools/foundation/task_memory.h>
 #include <zeltools/foundation/text_format.h>
