@@ -1,5 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Every file of code names its licence in its first lines, and none grows past what one idea needs."""
+"""Every file of code names its licence in its first lines, holds no rest of a merge, and does not grow past what one
+idea needs."""
+
+import re
 
 LICENCE = "SPDX-License-Identifier: MIT"
 LONG = 700  # lines; a longer source usually holds two ideas
@@ -13,6 +16,8 @@ def check(tree):
         text = tree.text(name)
         if LICENCE not in "\n".join(text.split("\n", 3)[:3]):
             yield f"{name}:1: does not begin with {LICENCE}"
+        if conflict := re.search(r"^(<{7}|>{7}) ", text, re.MULTILINE):
+            yield f"{name}:{text.count(chr(10), 0, conflict.start()) + 1}: a conflict of a merge was left"
         lines = text.count("\n")
         if lines > LONG:
             tree.notes.append(f"{name}: {lines} lines; past {LONG} a source usually holds two ideas")

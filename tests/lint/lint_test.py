@@ -33,6 +33,7 @@ STRINGS = "zeltools/resources/strings.inc"
 # check, what is wrong, file that the check must name, its content (None: the file is missing), file that is changed
 FAULTS = [
     ("plain", "no licence line", A, "#pragma once\n"),
+    ("plain", "half a merge", A, LICENCE + "<" * 7 + " HEAD\n"),
     ("formatting", "two blanks", A, LICENCE + "int  a;\n"),
     ("includes", "a lower floor looks up", "zeltools/foundation/b.h", LICENCE + "#include <zeltools/files/names.h>\n"),
     ("includes", "a header of the system", NAMES, LICENCE + "#include <unistd.h>\n"),
