@@ -4,6 +4,10 @@
 
 #pragma once
 
+#include <zeltools/files/file_ext.h>
+#include <zeltools/files/file_info.h>
+#include <zeltools/files/file_name_spec.h>
+#include <zeltools/files/file_types.h>
 #include <zeltools/files/paths/absolute_paths.h>
 #include <zeltools/files/paths/compact_path.h>
 #include <zeltools/files/paths/current_directory.h>
@@ -15,7 +19,9 @@
 #include <zeltools/files/paths/file_dates.h>
 #include <zeltools/files/paths/file_find_info.h>
 #include <zeltools/files/paths/file_name_type.h>
+#include <zeltools/files/paths/folder_walk.h>
 #include <zeltools/files/paths/io_time_out.h>
+#include <zeltools/files/paths/native_names.h>
 #include <zeltools/files/paths/network_paths.h>
 #include <zeltools/files/paths/path_kind.h>
 #include <zeltools/files/paths/path_numbering.h>
@@ -26,6 +32,7 @@
 #include <zeltools/files/paths/temporary_names.h>
 #include <zeltools/files/paths/valid_names.h>
 #include <zeltools/files/paths/wildcards.h>
+#include <zeltools/files/registered_file.h>
 #include <zeltools/foundation/api.h>
 #include <zeltools/foundation/application_data.h>
 #include <zeltools/foundation/application_path.h>
@@ -36,6 +43,7 @@
 #include <zeltools/foundation/characters.h>
 #include <zeltools/foundation/delete_ptr_safe.h>
 #include <zeltools/foundation/exit_callbacks.h>
+#include <zeltools/foundation/four_cc.h>
 #include <zeltools/foundation/fpoint.h>
 #include <zeltools/foundation/frect.h>
 #include <zeltools/foundation/fsize.h>
