@@ -226,7 +226,9 @@ void BeginCancellableCalls() {
     cancellableDepth = cancellableDepth + 1;
 }
 
-void EndCancellableCalls() { cancellableDepth = cancellableDepth - 1; }
+void EndCancellableCalls() {
+    cancellableDepth = cancellableDepth - 1;
+}
 
 bool IsCallCancelled() {
     return cancellableDepth > 0 && callCancelled;
