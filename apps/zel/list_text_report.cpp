@@ -53,13 +53,14 @@ public:
             headed = true;
             fmt::format_to(
                 Out(), "{}\n",
-                Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:>2}  {:>13}  {:<16}  {:<{}}  {}", "TYPE", "KIND", "DOES",
-                                     "N", "BYTES", "WRITTEN", "NAME", nameColumns, "DESCRIPTION"),
+                Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:>7}  {:>13}  {:<16}  {:<{}}  {}", "TYPE", "KIND",
+                                     "LOAD", "SAVE", "PARSERS", "BYTES", "WRITTEN", "NAME", nameColumns, "DESCRIPTION"),
                          Colour::Dim, colour));
         }
         fmt::format_to(Out(), "{:<4}  ", facts.classCode.empty() ? "-" : facts.classCode);
         AppendColoured(fmt::format("{:<7}", facts.kind), ColourOfKind(facts.kind));
-        fmt::format_to(Out(), "  {:<4}  {:>2}  ", Abilities(facts), facts.parsers);
+        fmt::format_to(Out(), "  {:<4}  {:<4}  {:>7}  ", YesOrDash(facts.loadable), YesOrDash(facts.savable),
+                       facts.parsers);
         if (facts.isFolder) {
             fmt::format_to(Out(), "{:>13}", "-");
         } else {
@@ -113,10 +114,6 @@ private:
         } else {
             buffer.append(std::string_view(Coloured(text, wanted, true)));
         }
-    }
-
-    static std::string_view Abilities(FileFacts const& facts) {
-        return facts.loadable ? (facts.savable ? "l s" : "l") : (facts.savable ? "  s" : "-");
     }
 
     void Flush() {

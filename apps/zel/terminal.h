@@ -36,6 +36,11 @@ int DisplayWidth(std::string_view text);
 /// The text filled up with blanks to a number of columns; a wider text stays as it is.
 std::string PadRight(std::string_view text, int columns);
 
+/// How a table tells an ability.
+constexpr std::string_view YesOrDash(bool able) {
+    return able ? "yes" : "-";
+}
+
 /// A name as it is shown to a person: control characters, which could command a terminal, come as `\xHH`. Bytes that
 /// are not UTF-8 stay on a pipe, so that the name can be used again, and come as `\xHH` too on a terminal.
 std::string ShownName(std::string_view nativeName, bool terminal);

@@ -57,13 +57,12 @@ void PrintJson(std::vector<TypeRow> const& rows) {
 
 void PrintTable(std::vector<TypeRow> const& rows) {
     bool const colour = WantsColour(stdout);
-    fmt::print("{}\n", Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<50}  {}", "TYPE", "KIND", "DOES", "EXTENSIONS",
-                                            "DESCRIPTION"),
+    fmt::print("{}\n", Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}", "TYPE", "KIND", "LOAD", "SAVE",
+                                            "EXTENSIONS", "DESCRIPTION"),
                                 Colour::Dim, colour));
     for (TypeRow const& row : rows) {
-        fmt::print("{:<4}  {:<7}  {:<4}  {:<50}  {}\n", row.classCode, row.kind,
-                   row.loadable ? (row.savable ? "l s" : "l") : (row.savable ? "  s" : "-"),
-                   fmt::format("{}", fmt::join(row.extensions, " ")), row.description);
+        fmt::print("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}\n", row.classCode, row.kind, YesOrDash(row.loadable),
+                   YesOrDash(row.savable), fmt::format("{}", fmt::join(row.extensions, " ")), row.description);
     }
     fmt::print("\n{} types\n", rows.size());
 }
