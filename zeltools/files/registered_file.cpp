@@ -45,18 +45,16 @@ CXTString<char16_t> JoinExtensions(Extensions const& extensions) {
     return list;
 }
 
-/// `.tga` and `.jpg` are what people look for, so they are the main extension of any type that has them. Answers
-/// whether the order changed.
-bool PutPreferredExtensionFirst(Extensions& extensions) {
+/// `.tga` and `.jpg` are what people look for, so they are the main extension of any type that has them.
+void PutPreferredExtensionFirst(Extensions& extensions) {
     for (int i = 0; i < extensions.GetSize(); ++i) {
         if (extensions[i] == u".tga" || extensions[i] == u".jpg") {
             CXTString<char16_t> const preferred = extensions[i];
             extensions.RemoveAt(i, 1);
             extensions.InsertAt(0, preferred, 1);
-            return i > 0;
+            return;
         }
     }
-    return false;
 }
 
 /// `.jpg` and "Photos" make "JPG - Photos".
@@ -121,7 +119,8 @@ void CRegisteredFile::Register(CFileExt& type) {
     if (extensions.GetSize() == 0) {
         detail::ThrowInvalidArg();
     }
-    type.SetExtension(PutPreferredExtensionFirst(extensions) ? JoinExtensions(extensions) : list);
+    PutPreferredExtensionFirst(extensions);
+    type.SetExtension(JoinExtensions(extensions)); // without the empty elements that a list may have
     type.SetDescription(PrefixedDescription(extensions[0], type.GetDescription()));
 
     bool known = false;
