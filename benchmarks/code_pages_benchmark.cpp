@@ -133,11 +133,11 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgNames({"kind", "bytes"})->ArgsProduct({{Ascii, MostlyAscii, French, Chinese}, {60, 4096, 16 << 20}});
 }
 
-BENCHMARK(DecodeZelTools)->Apply(Sizes);
-BENCHMARK(DecodeIcu)->Apply(Sizes);
-BENCHMARK(DecodeIconv)->Apply(Sizes);
-BENCHMARK(EncodeZelTools)->Apply(Sizes);
-BENCHMARK(EncodeIcu)->Apply(Sizes);
+BENCHMARK(DecodeZelTools)->Name("Decode/zel")->Apply(Sizes);
+BENCHMARK(DecodeIcu)->Name("Decode/icu")->Apply(Sizes);
+BENCHMARK(DecodeIconv)->Name("Decode/iconv")->Apply(Sizes);
+BENCHMARK(EncodeZelTools)->Name("Encode/zel")->Apply(Sizes);
+BENCHMARK(EncodeIcu)->Name("Encode/icu")->Apply(Sizes);
 
 } // namespace
 

@@ -112,19 +112,19 @@ void ZelToolsWideMixed(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(ZelTools<Mixed>);
-BENCHMARK(CLibrary<Mixed>);
-BENCHMARK(Fmt<Mixed>);
-BENCHMARK(ZelToolsWideMixed);
-BENCHMARK(ZelTools<Integers>);
-BENCHMARK(CLibrary<Integers>);
-BENCHMARK(Fmt<Integers>);
-BENCHMARK(ZelTools<Reals>);
-BENCHMARK(CLibrary<Reals>);
-BENCHMARK(Fmt<Reals>);
-BENCHMARK(ZelTools<Texts>);
-BENCHMARK(CLibrary<Texts>);
-BENCHMARK(Fmt<Texts>);
+BENCHMARK(ZelTools<Mixed>)->Name("FormatMixed/zel");
+BENCHMARK(CLibrary<Mixed>)->Name("FormatMixed/snprintf");
+BENCHMARK(Fmt<Mixed>)->Name("FormatMixed/fmt");
+BENCHMARK(ZelToolsWideMixed)->Name("FormatMixed/zel wide");
+BENCHMARK(ZelTools<Integers>)->Name("FormatIntegers/zel");
+BENCHMARK(CLibrary<Integers>)->Name("FormatIntegers/snprintf");
+BENCHMARK(Fmt<Integers>)->Name("FormatIntegers/fmt");
+BENCHMARK(ZelTools<Reals>)->Name("FormatReals/zel");
+BENCHMARK(CLibrary<Reals>)->Name("FormatReals/snprintf");
+BENCHMARK(Fmt<Reals>)->Name("FormatReals/fmt");
+BENCHMARK(ZelTools<Texts>)->Name("FormatTexts/zel");
+BENCHMARK(CLibrary<Texts>)->Name("FormatTexts/snprintf");
+BENCHMARK(Fmt<Texts>)->Name("FormatTexts/fmt");
 
 } // namespace
 

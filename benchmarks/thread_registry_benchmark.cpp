@@ -73,10 +73,10 @@ void StandardRecursiveMutex(benchmark::State& state) {
     }
 }
 
-BENCHMARK(RelaxedLoad);
-BENCHMARK(ShouldCancelNobodyCancelled);
-BENCHMARK(ShouldCancelOtherCancelled)->Arg(0)->Arg(4);
-BENCHMARK(CriticalSection)->Threads(1)->Threads(2);
-BENCHMARK(StandardRecursiveMutex)->Threads(1)->Threads(2);
+BENCHMARK(RelaxedLoad)->Name("ShouldCancel/relaxed load");
+BENCHMARK(ShouldCancelNobodyCancelled)->Name("ShouldCancel/zel");
+BENCHMARK(ShouldCancelOtherCancelled)->Name("ShouldCancelWhenAnotherIs/zel")->Arg(0)->Arg(4);
+BENCHMARK(CriticalSection)->Name("Lock/zel")->Threads(1)->Threads(2);
+BENCHMARK(StandardRecursiveMutex)->Name("Lock/std::recursive_mutex")->Threads(1)->Threads(2);
 
 } // namespace
