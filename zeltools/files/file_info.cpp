@@ -2,7 +2,6 @@
 #include "zeltools/files/file_info.h"
 
 #include "zeltools/files/paths/file_access.h"
-#include "zeltools/files/registered_file.h"
 
 #include <string_view>
 
@@ -40,25 +39,28 @@ void CFileInfo::Init(CFileNameSpec const& spec, unsigned int mode, unsigned int*
 
 void CFileInfo::FindParser(bool defaultChoice) {
     CRegisteredFile& registry = CRegisteredFile::Instance();
-    CXTString<char16_t> const extension = GetExtension();
     CRegisteredFile::Parser parser;
-    CFileExt const* const type = classId ? registry.Find(classId) : nullptr;
-    if (type) {
-        parser = {classId, type->GetProperties(), type->GetLoader(), type->GetSaver(), type->GetInitIoCallback()};
-    } else if (!registry.GetParserFacts(extension, 0, parser)) {
+    if (CFileExt const* const type = classId ? registry.Find(classId) : nullptr) {
+        parser = {classId,          type->GetProperties(),     type->GetLoader(),
+                  type->GetSaver(), type->GetInitIoCallback(), registry.GetParserCount(parts.GetExtension())};
+    } else if (!registry.GetParserFacts(parts.GetExtension(), 0, parser)) {
         return;
     }
-    properties = parser.properties;
-    loader = parser.loader;
-    saver = parser.saver;
-    callback = parser.callback;
+    Take(parser);
     // An explicit class never falls through to another parser.
-    if (registry.GetParserCount(extension) > 1) {
+    if (parser.siblings > 1) {
         flags |= SeveralParsers;
         if (defaultChoice) {
             flags |= AnotherParserAllowed;
         }
     }
+}
+
+void CFileInfo::Take(CRegisteredFile::Parser const& parser) {
+    properties = parser.properties;
+    loader = parser.loader;
+    saver = parser.saver;
+    callback = parser.callback;
 }
 
 CXTString<char16_t> CFileInfo::GetName() const {
@@ -101,30 +103,25 @@ CXTString<char16_t> CFileInfo::GetParentDirectory() const {
 }
 
 unsigned int CFileInfo::GetClass(CHashTable<unsigned int>& classes) const {
-    return CRegisteredFile::Instance().GetClasses(GetExtension(), classes);
+    return CRegisteredFile::Instance().GetClasses(parts.GetExtension(), classes);
 }
 
 unsigned int CFileInfo::GetParserNbr() const {
-    return CRegisteredFile::Instance().GetParserCount(GetExtension());
+    return CRegisteredFile::Instance().GetParserCount(parts.GetExtension());
 }
 
 void CFileInfo::TryNextParser() {
     if (!CanTryAnotherParser()) {
         return;
     }
-    CRegisteredFile& registry = CRegisteredFile::Instance();
-    CXTString<char16_t> const extension = GetExtension();
     ++parserNumber;
     CRegisteredFile::Parser parser;
-    bool const found = registry.GetParserFacts(extension, parserNumber, parser);
+    bool const found = CRegisteredFile::Instance().GetParserFacts(parts.GetExtension(), parserNumber, parser);
     if (found) {
         classId = parser.classId;
-        properties = parser.properties;
-        loader = parser.loader;
-        saver = parser.saver;
-        callback = parser.callback;
+        Take(parser);
     }
-    if (!found || parserNumber + 1 >= registry.GetParserCount(extension)) {
+    if (!found || parserNumber + 1 >= parser.siblings) {
         flags &= ~static_cast<unsigned int>(AnotherParserAllowed);
     }
 }

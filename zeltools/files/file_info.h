@@ -28,6 +28,7 @@
 #include "zeltools/files/file_name_spec.h"
 #include "zeltools/files/paths/file_name_type.h"
 #include "zeltools/files/paths/path_parts.h"
+#include "zeltools/files/registered_file.h"
 #include "zeltools/foundation/api.h"
 #include "zeltools/foundation/hash_table.h"
 #include "zeltools/foundation/xstring.h"
@@ -136,6 +137,7 @@ private:
     };
 
     void FindParser(bool defaultChoice);
+    void Take(CRegisteredFile::Parser const& parser);
 
     detail::PathParts parts;
     CXTString<char16_t> shortcutTarget;

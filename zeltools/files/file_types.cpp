@@ -3,6 +3,7 @@
 
 #include "zeltools/files/file_info.h"
 #include "zeltools/files/paths/path_split.h"
+#include "zeltools/files/paths/text_view_private.h"
 #include "zeltools/files/registered_file.h"
 
 #include <algorithm>
@@ -48,9 +49,9 @@ void AppendExtensions(CFileExt const& type, CXArray<CXTString<char16_t>>& extens
 }
 
 CRegisteredFile::Parser FirstParser(CXTString<char16_t> const& path) {
-    CRegisteredFile::Parser parser{0, 0, 0, 0, nullptr};
+    CRegisteredFile::Parser parser{0, 0, 0, 0, nullptr, 0};
     if (!path.IsEmpty()) {
-        CRegisteredFile::Instance().GetParserFacts(fileGetExtension(path), 0, parser);
+        CRegisteredFile::Instance().GetParserFacts(detail::View(fileGetExtension(path)), 0, parser);
     }
     return parser;
 }
@@ -157,7 +158,7 @@ CXTString<char16_t> fileGetMainExtension(CXTString<char16_t> const& path) {
 }
 
 bool fileGetFileExt(CXTString<char16_t> const& extension, CFileExt& type) {
-    return CRegisteredFile::Instance().GetParser(extension, 0, type);
+    return CRegisteredFile::Instance().GetParser(detail::View(extension), 0, type);
 }
 
 CFileExt* fileGetRegisteredFiles(unsigned int& count, unsigned int filter) {

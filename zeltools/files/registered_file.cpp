@@ -172,49 +172,48 @@ void CRegisteredFile::Unregister(unsigned int classId) {
     Remove(classId, false);
 }
 
-CFileExt* CRegisteredFile::FindParser(CXTString<char16_t> const& extension, unsigned int index) {
-    ClassArray* const* const classes = classesOfExtension.Find(extension);
-    if (!classes || index >= static_cast<unsigned int>((*classes)->GetSize())) {
-        return nullptr;
+CRegisteredFile::ClassArray const* CRegisteredFile::FindClasses(std::u16string_view extension) {
+    key.Copy(extension.data(), static_cast<int>(extension.size()));
+    key.MakeLower();
+    ClassArray* const* const classes = classesOfExtension.Find(key);
+    return classes ? *classes : nullptr;
+}
+
+bool CRegisteredFile::GetParser(std::u16string_view extension, unsigned int index, CFileExt& type) {
+    CXSingleLock const holder(&lock, true);
+    ClassArray const* const classes = FindClasses(extension);
+    return classes && index < static_cast<unsigned int>(classes->GetSize()) &&
+           Find((*classes)[static_cast<int>(index)], type);
+}
+
+bool CRegisteredFile::GetParserFacts(std::u16string_view extension, unsigned int index, Parser& parser) {
+    CXSingleLock const holder(&lock, true);
+    ClassArray const* const classes = FindClasses(extension);
+    unsigned int const count = classes ? static_cast<unsigned int>(classes->GetSize()) : 0;
+    CFileExt const* const type = index < count ? Find((*classes)[static_cast<int>(index)]) : nullptr;
+    if (type) {
+        parser = {type->GetClass(), type->GetProperties(),     type->GetLoader(),
+                  type->GetSaver(), type->GetInitIoCallback(), count};
     }
-    return Find((**classes)[static_cast<int>(index)]);
+    return type != nullptr;
 }
 
-bool CRegisteredFile::GetParser(CXTString<char16_t> const& extension, unsigned int index, CFileExt& type) {
+unsigned int CRegisteredFile::GetParserCount(std::u16string_view extension) {
     CXSingleLock const holder(&lock, true);
-    CFileExt const* const found = FindParser(extension, index);
-    if (found) {
-        type = *found;
-    }
-    return found != nullptr;
+    ClassArray const* const classes = FindClasses(extension);
+    return classes ? static_cast<unsigned int>(classes->GetSize()) : 0;
 }
 
-bool CRegisteredFile::GetParserFacts(CXTString<char16_t> const& extension, unsigned int index, Parser& parser) {
+unsigned int CRegisteredFile::GetClasses(std::u16string_view extension, CHashTable<unsigned int>& table) {
     CXSingleLock const holder(&lock, true);
-    CFileExt const* const found = FindParser(extension, index);
-    if (found) {
-        parser = {found->GetClass(), found->GetProperties(), found->GetLoader(), found->GetSaver(),
-                  found->GetInitIoCallback()};
-    }
-    return found != nullptr;
-}
-
-unsigned int CRegisteredFile::GetParserCount(CXTString<char16_t> const& extension) {
-    CXSingleLock const holder(&lock, true);
-    ClassArray* const* const classes = classesOfExtension.Find(extension);
-    return classes ? static_cast<unsigned int>((*classes)->GetSize()) : 0;
-}
-
-unsigned int CRegisteredFile::GetClasses(CXTString<char16_t> const& extension, CHashTable<unsigned int>& classes) {
-    CXSingleLock const holder(&lock, true);
-    ClassArray* const* const found = classesOfExtension.Find(extension);
-    if (!found) {
+    ClassArray const* const classes = FindClasses(extension);
+    if (!classes) {
         return 0;
     }
-    for (int i = 0; i < (*found)->GetSize(); ++i) {
-        classes.Insert((**found)[i]);
+    for (int i = 0; i < classes->GetSize(); ++i) {
+        table.Insert((*classes)[i]);
     }
-    return static_cast<unsigned int>((*found)->GetSize());
+    return static_cast<unsigned int>(classes->GetSize());
 }
 
 CRegisteredFile& CRegisteredFile::Instance() {

@@ -12,6 +12,8 @@
 #include "zeltools/foundation/xlc_string.h"
 #include "zeltools/process/xcritical_section.h"
 
+#include <string_view>
+
 /// Maps a class to its type; the base map is read without a lock. Operations by extension lock for themselves.
 class ZEL_API CRegisteredFile : public CHashMap<unsigned int, unsigned int, CFileExt> {
 public:
@@ -28,7 +30,7 @@ public:
     void Unregister(unsigned int classId);
 
     /// Copies the n-th type of an extension; false when the extension is unknown or n out of range.
-    bool GetParser(CXTString<char16_t> const& extension, unsigned int index, CFileExt& type);
+    bool GetParser(std::u16string_view extension, unsigned int index, CFileExt& type);
 
     /// The facts of a parser that a parsed file name carries.
     struct Parser {
@@ -37,15 +39,16 @@ public:
         unsigned int loader = FileIdUnknown;
         unsigned int saver = FileIdUnknown;
         IoPluginCallback callback = nullptr;
+        unsigned int siblings = 0; ///< How many types claim the extension, this one included.
     };
     /// Like GetParser, without copying texts.
-    bool GetParserFacts(CXTString<char16_t> const& extension, unsigned int index, Parser& parser);
+    bool GetParserFacts(std::u16string_view extension, unsigned int index, Parser& parser);
 
     /// How many types claim an extension; 0 for an unknown one.
-    unsigned int GetParserCount(CXTString<char16_t> const& extension);
+    unsigned int GetParserCount(std::u16string_view extension);
 
     /// Adds the class of every type of an extension to a set.
-    unsigned int GetClasses(CXTString<char16_t> const& extension, CHashTable<unsigned int>& classes);
+    unsigned int GetClasses(std::u16string_view extension, CHashTable<unsigned int>& table);
 
     /// The registry of the process, created on first use.
     static CRegisteredFile& Instance();
@@ -57,9 +60,12 @@ public:
 private:
     using ClassArray = CXArray<unsigned int, unsigned int>;
 
-    CFileExt* FindParser(CXTString<char16_t> const& extension, unsigned int index);
+    /// The classes of an extension in any case, or null. To be called under `lock`.
+    ClassArray const* FindClasses(std::u16string_view extension);
 
     /// The classes of each extension, in lower case and with its dot; owned. Guarded by `lock`.
     CHashMap<CExLCString, CExLCString const&, ClassArray*> classesOfExtension;
+    /// The extension that is looked for. One for all look-ups, so that none allocates. Guarded by `lock`.
+    CExLCString key;
     CXCriticalSection lock;
 };
