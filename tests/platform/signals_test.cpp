@@ -82,6 +82,17 @@ TEST_P(FaultHandler, RestorePutsTheDefaultBack) {
         testing::KilledBySignal(GetParam().number), "");
 }
 
+TEST_P(FaultHandler, RestorePutsBackWhatTheLastInstallReplaced) {
+    int const number = GetParam().number;
+    auto const hosts = [](int) {};
+    auto const former = std::signal(number, SIG_DFL);
+    platform::InstallFaultHandler(number);
+    std::signal(number, hosts); // a host takes the signal between two starts
+    platform::InstallFaultHandler(number);
+    EXPECT_TRUE(platform::RestoreFaultHandler(number));
+    EXPECT_EQ(std::signal(number, former), static_cast<void (*)(int)>(hosts));
+}
+
 INSTANTIATE_TEST_SUITE_P(Table, FaultHandler, testing::ValuesIn(faultRows),
                          [](auto const& row) { return row.param.name; });
 

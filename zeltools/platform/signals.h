@@ -12,7 +12,7 @@
 namespace platform {
 
 /// Installs the throwing handler for one of the three signals and keeps the handler that was there, a default one
-/// too. A signal that has it already keeps what was kept first.
+/// too. A signal that has the throwing handler already keeps what was kept before.
 /// @return false for any other signal, and where the system refuses.
 /// Threads: one at a time, as for all of this file; the handler itself serves every thread.
 bool InstallFaultHandler(int signal);

@@ -48,7 +48,8 @@ bool InstallFaultHandler(int signal) {
     if (::sigaction(signal, &action, &present) != 0) {
         return false;
     }
-    if (!fault->kept) {
+    // Ours is there already after a close that left it in place; what it replaced is still to be put back.
+    if (!fault->kept || present.sa_handler != &ThrowFault) {
         fault->kept = present;
     }
     return true;
