@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/process/custom_thread.h"
 
+#include "zeltools/process/application_lock_private.h"
 #include "zeltools/process/application_state_private.h"
 #include "zeltools/process/thread_registry.h"
 #include "zeltools/process/win_custom_thread.h"
+#include "zeltools/process/xsingle_lock.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -127,6 +132,30 @@ TEST_F(CustomThreads, NoFlagOutlivesTheWait) {
             ASSERT_FALSE(ShouldCancelThread(id));
         }
     }
+}
+
+TEST_F(CustomThreads, EndingThreadDoesNotBlockTheRegistryWhileAnExitCallbackRuns) {
+    static std::atomic<bool> leaving;
+    leaving = false;
+    class Leaver : public CCustomThread {
+    public:
+        ~Leaver() override { leaving = true; }
+    };
+    CXSingleLock hold(&ApplicationLock(), true); // as the close does around the callbacks
+    CXThread::BeginThread(new Leaver, xThreadPriorityNormal, BeginThreadAutoDelete);
+    WaitUntil([] { return leaving.load(); });
+    std::future<unsigned int> count = std::async(std::launch::async, [] {
+        unsigned int lowest = 1;
+        for (int turn = 0; turn < 1000; ++turn) { // enough for the destructor to come to its flags
+            lowest = std::min(lowest, CCustomThread::GetRunningThreadCount());
+            CXThread::SleepCurrentThread(0);
+        }
+        return lowest;
+    });
+    EXPECT_EQ(count.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    hold.Unlock();
+    EXPECT_EQ(count.get(), 1U); // the flags were not cleared yet, so the close had to wait
+    WaitUntil([] { return CCustomThread::GetRunningThreadCount() == 0; });
 }
 
 // Killed threads stand for ever on their objects, which therefore are never deleted.

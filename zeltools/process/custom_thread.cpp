@@ -15,11 +15,12 @@ namespace {
 constexpr unsigned int pollMs = 10;
 constexpr unsigned int pauseAfterKillMs = 100;
 
-/// The objects alive. ApplicationLock may be taken inside the lock, never the other way round.
+/// The objects alive. AskForThreadsEnd and HardThreadsTermination take ApplicationLock inside the lock.
 struct Registry {
     CXCriticalSection lock;
     CHashTable<CCustomThread*> threads;   // guarded by lock
     CHashTable<CCustomThread*> condemned; // taken out of threads, still to be killed; guarded by lock
+    unsigned int leaving = 0;             // taken out of threads, still clearing their flags; guarded by lock
 };
 
 Registry& TheRegistry() {
@@ -50,17 +51,26 @@ CCustomThread::CCustomThread(bool (*function)(void*), void* data) : CXThread(fun
 }
 
 CCustomThread::~CCustomThread() {
-    // In one step with leaving the registry: AskForThreadsEnd must not mark the id again in between, and the close
-    // must not delete the tables before it is unmarked.
-    CXSingleLock const hold(&TheRegistry().lock, true);
+    // Out of the table first, so that AskForThreadsEnd does not mark the id again; counted until it is unmarked, so
+    // that the close does not delete the tables before. The flags take the application lock, which an exit callback
+    // that deletes a thread holds already: so they are cleared between the two steps and not inside them.
+    Registry& registry = TheRegistry();
+    unsigned int counted = 0;
+    {
+        CXSingleLock const hold(&registry.lock, true);
+        counted = registry.threads.Remove(this) ? 1 : 0; // a killed thread was taken out before
+        registry.leaving += counted;
+        registry.condemned.Remove(this);
+    }
     ForgetThread();
-    TheRegistry().threads.Remove(this);
-    TheRegistry().condemned.Remove(this);
+    CXSingleLock const hold(&registry.lock, true);
+    registry.leaving -= counted;
 }
 
 unsigned int CCustomThread::GetRunningThreadCount() {
-    CXSingleLock const hold(&TheRegistry().lock, true);
-    return TheRegistry().threads.GetCount();
+    Registry& registry = TheRegistry();
+    CXSingleLock const hold(&registry.lock, true);
+    return registry.threads.GetCount() + registry.leaving;
 }
 
 bool CCustomThread::ThreadsMustTerminate() {

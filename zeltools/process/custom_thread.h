@@ -30,7 +30,7 @@ public:
     explicit CCustomThread(bool keep = false);
     CCustomThread(bool (*function)(void*), void* userData);
 
-    /// Clears the thread's flags, then takes the object out of the registry; from then on the close may go on.
+    /// Clears the thread's flags; once the object is counted no more, the close may go on.
     ~CCustomThread() override;
 
     // One thread

@@ -49,7 +49,8 @@ enum BeginThreadFlags : unsigned int {
     BeginThreadAutoDelete = 0x2, ///< set: the object deletes itself; clear: it is kept, whatever its constructor said
 };
 
-/// A thread. An exception other than the toolkit's recorded ones must not leave the body: it ends the process.
+/// A thread. No exception may leave the body: it ends the process. One that the body has caught and left recorded for
+/// its thread is deleted at the end.
 /// Threads: the questions, SetFlag, SetCancel, ResumeThread and SuspendThread from any; the rest from the owner.
 class ZEL_API CXThread : public CXObject {
     ZEL_DECLARE_RUNTIME_CLASS(CXThread)
