@@ -2,8 +2,7 @@
 #include "zeltools/files/paths/wildcards.h"
 
 #include "zeltools/files/paths/text_view_private.h"
-
-#include <algorithm>
+#include "zeltools/foundation/character_scan_private.h"
 
 namespace {
 
@@ -12,9 +11,21 @@ char16_t UpperOfLowByte(char16_t unit) {
     return low >= u'a' && low <= u'z' ? static_cast<char16_t>(low - (u'a' - u'A')) : low;
 }
 
-// Finds the next place at or behind `name` where the text behind a star can begin.
-char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_t pattern) {
-    return pattern == u'*' || pattern == u'?' ? name : std::find(name, nameEnd, pattern);
+bool IsLiteral(char16_t pattern) {
+    return pattern != u'*' && pattern != u'?';
+}
+
+// Finds the next place at or behind `name` where the text behind a star can begin. `pattern` is not the last star.
+char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern) {
+    using Target = detail::ScanTarget<char16_t, detail::ScanCase::Exact>;
+    if (!IsLiteral(pattern[0]) || name >= nameEnd) {
+        return name;
+    }
+    auto const length = static_cast<std::size_t>(nameEnd - name);
+    std::size_t const position = IsLiteral(pattern[1])
+                                     ? detail::ScanForPair(name, length, 0, Target(pattern[0]), Target(pattern[1]))
+                                     : detail::ScanFor(name, length, 0, Target(pattern[0]));
+    return position == detail::NotFound ? nameEnd : name + position;
 }
 
 // Matches a pattern that begins and ends in a star. Each star fixes all that was matched before it: a mismatch goes
@@ -29,7 +40,7 @@ bool MatchBetweenStars(char16_t const* name, char16_t const* nameEnd, char16_t c
                 return true;
             }
             resumePattern = pattern;
-            name = resumeName = FindStart(name, nameEnd, *pattern);
+            name = resumeName = FindStart(name, nameEnd, pattern);
         } else if (name == nameEnd) {
             return false;
         } else if (*pattern == *name || *pattern == u'?') {
@@ -37,7 +48,7 @@ bool MatchBetweenStars(char16_t const* name, char16_t const* nameEnd, char16_t c
             ++name;
         } else {
             pattern = resumePattern;
-            name = resumeName = FindStart(resumeName + 1, nameEnd, *pattern);
+            name = resumeName = FindStart(resumeName + 1, nameEnd, pattern);
         }
     }
 }
