@@ -177,6 +177,12 @@ TEST_F(NetworkPaths, ServerFormOfAPath) {
     }
 }
 
+TEST_F(NetworkPaths, FoldersAreMadeBelowAShareAndNotAboveIt) {
+    disk.Write("mounts", "1 0 0:1 / " + disk.Native() + "Shared rw - cifs //files/work rw\n");
+    EXPECT_TRUE(fileCreateDirectory(u"\\\\files\\work\\new\\deep", true));
+    EXPECT_TRUE(disk.Exists("Shared/new/deep"));
+}
+
 TEST_F(NetworkPaths, MappedDrives) {
     EXPECT_EQ(fileIsOnMappedDrive(u"\\mnt\\nas\\a", true, true, nullptr), MappedDriveNone);
     EXPECT_EQ(fileIsOnMappedDrive(u"C:\\a", true, true, nullptr), MappedDriveNone);

@@ -22,10 +22,10 @@ bool MakeDirectory(CXTString<char16_t> const& path) {
     return platform::CreateDirectoryW(path) || platform::GetLastError() == platform::ErrorAlreadyExists;
 }
 
-/// A share is made by its server, not through a path.
-bool IsShare(CXTString<char16_t> path) {
+/// Neither a server nor a share is made through a path.
+bool IsServerOrShare(CXTString<char16_t> path) {
     fileRemoveSlashTermination(path);
-    return platform::PathIsUNCServerShareW(detail::View(path));
+    return platform::PathIsUNCServerW(detail::View(path)) || platform::PathIsUNCServerShareW(detail::View(path));
 }
 
 bool MakeDirectories(CXTString<char16_t> const& path) {
@@ -38,7 +38,7 @@ bool MakeDirectories(CXTString<char16_t> const& path) {
     }
     CXArray<CXTString<char16_t>> made;
     for (int i = way.GetSize() - 1; i >= 0; --i) {
-        if (fileExists(way[i]) || IsShare(way[i])) {
+        if (fileExists(way[i]) || IsServerOrShare(way[i])) {
             continue;
         }
         if (platform::CreateDirectoryW(way[i])) {
