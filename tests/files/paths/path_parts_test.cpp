@@ -3,6 +3,7 @@
 
 #include "tests/support/temporary_folder.h"
 #include "zeltools/files/paths/current_directory.h"
+#include "zeltools/files/paths/io_time_out.h"
 #include "zeltools/files/paths/text_view_private.h"
 
 #include <filesystem>
@@ -138,6 +139,12 @@ TEST(PathParts, AsksTheDiskWhereToldTo) {
     EXPECT_TRUE(existing.IsDirectory());
     EXPECT_EQ(Owned(View(existing.GetCompleteName())), sub + u"\\");
     EXPECT_EQ(existing.GetSlashPosition(), static_cast<int>(sub.size()));
+
+    // A word that asks for no limit does not stand for an answer that came too late.
+    unsigned int unlimited = IoTimedOut;
+    PathParts asked;
+    asked.Init(sub.c_str(), FileNameTypeDirectory | PathParts::AskDisk, &unlimited);
+    EXPECT_EQ(asked.GetFlags(), Folder | PathParts::ExistenceTested | PathParts::Found);
 
     PathParts missing(folder.Path("later.txt").c_str());
     EXPECT_FALSE(missing.Exists());

@@ -144,8 +144,9 @@ void PathParts::ClassifyByText() {
 void PathParts::TakeAttributes(unsigned int* timeOut) {
     platform::FileAttributeData data;
     GuardedCall guard(m_text, timeOut);
+    bool const isLimited = timeOut != nullptr && *timeOut != IoTimedOut;
     bool const isFound = guard.Run([&] { return platform::GetFileAttributesExW(m_text, data); });
-    if (timeOut != nullptr && *timeOut == IoTimedOut) {
+    if (isLimited && *timeOut == IoTimedOut) {
         return;
     }
     m_flags |= ExistenceTested | (isFound ? Found : 0U);
