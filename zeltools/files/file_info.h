@@ -56,7 +56,8 @@ public:
 
     // ---- The parts of the name -------------------------------------------------------------------------------
 
-    /// The canonical text; a directory's ends in a backslash.
+    /// The canonical text; a directory's ends in a backslash. Empty for an address that is a directory, which keeps
+    /// nothing but its query.
     CXTString<char16_t> const& GetCompleteName() const { return parts.GetCompleteName(); }
     /// Name and extension.
     CXTString<char16_t> GetName() const;

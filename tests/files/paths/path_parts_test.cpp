@@ -53,10 +53,10 @@ PartsRow const rows[] = {
     {u"C:\\dir", 2, u"C:\\dir\\", u"C:\\", u"C:\\dir\\", u"", u"", u"", Folder},
     {u"x\\y.z", 4, u"x\\y.z", u"", u"x\\", u"y", u".z", u"", File | PathParts::StaysRelative},
     {u"x\\", 4, u"x\\", u"", u"x\\", u"", u"", u"", Folder | PathParts::StaysRelative},
-    // Addresses; the directory one keeps its text.
+    // Addresses. Of one that is a directory only the query is left.
     {u"http://h/a.png?x=1.5", 0, u"http:\\\\h\\a.png?x=1.5", u"", u"http:\\\\h\\", u"a", u".png", u"x=1.5", Address},
     {u"http://h/a?x=1", 0, u"http:\\\\h\\a?x=1", u"", u"http:\\\\h\\", u"a", u"", u"x=1", Address},
-    {u"http://h/d/?q", 0, u"http:\\\\h\\d\\", u"", u"http:\\\\h\\d\\", u"", u"", u"q", Address | PathParts::Directory},
+    {u"http://h/d/?q", 0, u"", u"", u"", u"", u"", u"q", Address | PathParts::Directory},
     {u"ab", 5, u"ab", u"", u"", u"ab", u"", u"", Address},
 };
 

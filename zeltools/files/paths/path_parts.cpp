@@ -126,14 +126,12 @@ void PathParts::Normalize(CXTString<char16_t> const& text) {
     m_length = m_text.GetLength();
 }
 
+// An address that is a directory is no folder of the disk, so it gets no path.
 void PathParts::ClassifyByText() {
     std::u16string_view const text = detail::View(m_text);
     if (platform::PathIsURLW(text)) {
-        m_flags |= Url;
-        if (platform::UrlIsW(text, platform::UrlIsDirectory)) {
-            m_flags |= Directory | PathExtracted;
-            m_pathPart = {0, static_cast<int>(std::min(text.find_first_of(u"?#"), text.size()))};
-        }
+        bool const isDirectory = platform::UrlIsW(text, platform::UrlIsDirectory);
+        m_flags |= Url | (isDirectory ? Directory | PathExtracted : 0U);
     } else if (m_slashPosition == m_length - 1) {
         TakeWholeAsPath();
     }
@@ -189,26 +187,29 @@ void PathParts::ExtractPath() {
 }
 
 void PathParts::ExtractQuery() {
+    m_query.Empty();
     if (IsUrl() && m_queryPosition != -1) {
         m_query = Text(platform::UrlQuery(detail::View(m_text)));
     }
 }
 
-// The directory that a disk check found without its trailing backslash has no path: its text becomes empty.
+// A directory's path is its whole text, or nothing: that of an address, and of one that a disk check found without its
+// trailing backslash.
 void PathParts::ReplaceTextByPath() {
-    if (m_ownPath.IsEmpty() && m_pathPart.length == m_text.GetLength()) {
-        return;
+    if (m_pathPart.length == 0) {
+        m_ownRoot = Text(GetRoot());
+        m_text.Empty();
     }
-    m_ownRoot = Text(GetRoot());
-    m_text = Text(GetPath());
-    m_pathPart = {0, m_text.GetLength()};
-    m_ownPath.Empty();
 }
 
 void PathParts::ExtractName() {
+    if (IsDirectory()) {
+        return;
+    }
     int const first = m_slashPosition + 1;
     int const end = m_dotPosition >= first ? m_dotPosition : m_text.GetLength();
     m_namePart = {first, end - first};
+    m_ownName.Empty();
     if (IsUrl() && m_queryPosition != -1) {
         m_ownName = Text(View(m_namePart));
         m_ownName.Remove(Join(u"?", detail::View(m_query)));

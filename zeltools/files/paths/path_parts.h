@@ -55,7 +55,7 @@ public:
     /// @param timeOut  Guards the disk's answer, as in fileExists.
     void Init(CXTString<char16_t> const& text, unsigned int mode = FileNameTypeAuto, unsigned int* timeOut = nullptr);
 
-    /// The canonical text. A directory's is its path, slash-terminated.
+    /// The canonical text. A directory's is its path, slash-terminated; an address that is a directory has neither.
     CXTString<char16_t> const& GetCompleteName() const { return m_text; }
     std::u16string_view GetRoot() const;
     std::u16string_view GetPath() const;
