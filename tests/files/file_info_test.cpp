@@ -70,6 +70,40 @@ TEST(FileInfo, DirectoriesHaveAClassOfTheirOwn) {
     EXPECT_EQ(Parse(u"C:\\a\\b", FileNameTypeDirectory).GetCompleteName(), u"C:\\a\\b\\");
 }
 
+// Takes the steps of the splitting again, as a class does that tells its names apart by rules of its own.
+class SteppingInfo : public CFileInfo {
+public:
+    void Repeat() {
+        ExtractRoot();
+        ExtractPath();
+        ExtractQuery();
+        ExtractName();
+        ExtractExtension();
+    }
+};
+
+TEST(FileInfo, ADerivedClassCanTakeTheStepsAgain) {
+    for (SplitRow const& row : splitRows) {
+        SteppingInfo info;
+        info.Init(CFileNameSpec(row.text), FileNameTypeAuto, nullptr);
+        info.Repeat();
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(info.GetRoot(), row.root);
+        EXPECT_EQ(info.GetPath(), row.path);
+        EXPECT_EQ(info.GetName(), Text(row.nameWithoutExtension) + row.extension);
+        EXPECT_EQ(info.GetQuery(false), row.query);
+    }
+    // A found directory lost its text, and with it what the root was taken from.
+    TemporaryFolder const folder;
+    SteppingInfo lost;
+    Text const withoutBackslash = (folder.Path() + u"sub").c_str();
+    folder.Write("sub/file");
+    lost.Init(CFileNameSpec(withoutBackslash), FileNameTypeAuto | CFileInfo::AskDisk, nullptr);
+    EXPECT_EQ(lost.GetRoot(), u"\\");
+    lost.Repeat();
+    EXPECT_EQ(lost.GetRoot(), u"");
+}
+
 TEST(FileInfo, AnEmptyNameAsksNothingAndExistsNowhere) {
     CFileInfo info = Parse(u"");
     EXPECT_FALSE(info.Exists(nullptr));

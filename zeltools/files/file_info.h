@@ -130,6 +130,17 @@ public:
 
     // ----------------------------------------------------------------------------------------------------------
 
+protected:
+    // The steps by which Init splits the complete name, in their order, for a class that takes one again.
+
+    void ExtractRoot() { parts.ExtractRoot(); }
+    /// Does nothing when the path has been taken already, as it has after Init.
+    void ExtractPath() { parts.ExtractPath(); }
+    void ExtractQuery() { parts.ExtractQuery(); }
+    /// Does nothing for a directory.
+    void ExtractName() { parts.ExtractName(); }
+    void ExtractExtension() { parts.ExtractExtension(); }
+
 private:
     /// Bits that this class adds to the flags of the parts.
     enum Flag : unsigned int {

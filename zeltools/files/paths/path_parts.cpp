@@ -162,6 +162,8 @@ void PathParts::TakeWholeAsPath() {
 }
 
 void PathParts::ExtractRoot() {
+    m_rootPart = {};
+    m_ownRoot.Empty();
     std::u16string_view const text = detail::View(m_text);
     std::size_t const length = platform::PathRootLength(text);
     if (length == 0 || text[length - 1] == u'\\') {
@@ -218,7 +220,7 @@ void PathParts::ExtractName() {
 }
 
 void PathParts::ExtractExtension() {
-    if (m_dotPosition == -1 || m_slashPosition > m_dotPosition) {
+    if (m_text.IsEmpty() || m_dotPosition == -1 || m_slashPosition > m_dotPosition) {
         return;
     }
     int const end = IsUrl() && m_queryPosition != -1 ? m_queryPosition : m_text.GetLength();

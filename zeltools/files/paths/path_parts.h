@@ -92,6 +92,14 @@ public:
     /// Path, name and extension in one text, with another name.
     CXTString<char16_t> WithName(std::u16string_view name) const;
 
+    // The steps of Init, in their order, each on the canonical text as it is now. The path is taken once; a directory
+    // has no name.
+    void ExtractRoot();
+    void ExtractPath();
+    void ExtractQuery();
+    void ExtractName();
+    void ExtractExtension();
+
 private:
     struct Part {
         int first = 0;
@@ -103,12 +111,7 @@ private:
     void ClassifyByText();
     void TakeAttributes(unsigned int* timeOut);
     void TakeWholeAsPath();
-    void ExtractRoot();
-    void ExtractPath();
-    void ExtractQuery();
     void ReplaceTextByPath();
-    void ExtractName();
-    void ExtractExtension();
 
     CXTString<char16_t> m_text;
     Part m_rootPart;
