@@ -173,37 +173,28 @@ private:
     // Nearly every probe is over after three slots, but which of them ends it is a toss that no processor can foresee.
     // So all three are read at once, and only whether they decide is a branch, which nearly always goes one way.
 
-    /// Whether the first three slots of a probe, at 0, 1 and 4, do not go round the end.
-    bool ThreeFollow(unsigned int start) const { return std::uint64_t{start} + 4 < tableSize; }
+    /// Whether the slots at 0 to 5 from a start do not go round the end: the first three of the probe, at 0, 1 and 4,
+    /// and what LaterWithKey may give.
+    bool ThreeFollow(unsigned int start) const { return std::uint64_t{start} + 5 < tableSize; }
+
+    /// The distance of the later one of three with this key; 0 for none, and 5 for both. A key stands in the table
+    /// once, but a slot that is empty or deleted has one too: the key 0, or its last. So this is where to look first,
+    /// and only 0 is proof, that neither of the two holds the key.
+    static std::size_t LaterWithKey(Slot const* three, K const& key) {
+        return static_cast<std::size_t>(M::IsEqual(three[1].key, key)) |
+               static_cast<std::size_t>(M::IsEqual(three[4].key, key)) << 2;
+    }
+
+    static bool Holds(Slot const& slot, K const& key) { return M::IsEqual(slot.key, key) && slot.state == SlotActive; }
 
     /// The bits of all three states.
-    unsigned int States(unsigned int start) const {
-        return slots[start].state | slots[start + 1].state | slots[start + 4].state;
-    }
+    static unsigned int States(Slot const* three) { return three[0].state | three[1].state | three[4].state; }
 
-    /// The one of the three that holds the key. A key stands in the table once, so their order does not matter.
-    unsigned int HoldingOfThree(unsigned int start, K const& key) const {
-        if (!ThreeFollow(start))
-            return NoPosition;
-        unsigned int const equal = static_cast<unsigned int>(M::IsEqual(slots[start].key, key)) |
-                                   static_cast<unsigned int>(M::IsEqual(slots[start + 1].key, key)) << 1 |
-                                   static_cast<unsigned int>(M::IsEqual(slots[start + 4].key, key)) << 2;
-        if (equal == 0)
-            return NoPosition;
-        unsigned int const p = start + SquareOfLowestBit(equal);
-        return slots[p].state == SlotActive ? p : NoPosition; // an empty slot has the key 0, a deleted one an old key
-    }
-
-    /// The first empty one of the three, where none of them is deleted.
-    unsigned int FirstEmptyOfThree(unsigned int start) const {
-        if (!ThreeFollow(start) || States(start) != SlotEmpty)
-            return NoPosition;
-        return start + SquareOfLowestBit(slots[start].state | static_cast<unsigned int>(slots[start + 1].state) << 1 |
-                                         static_cast<unsigned int>(slots[start + 4].state) << 2);
-    }
-
-    static unsigned int SquareOfLowestBit(unsigned int bits) {
-        unsigned int const i = static_cast<unsigned int>(std::countr_zero(bits));
+    /// The distance of the first empty one of three, where States gives SlotEmpty.
+    static unsigned int FirstEmpty(Slot const* three) {
+        unsigned int const i =
+            static_cast<unsigned int>(std::countr_zero(three[0].state | static_cast<unsigned int>(three[1].state) << 1 |
+                                                       static_cast<unsigned int>(three[4].state) << 2));
         return i * i;
     }
 
@@ -249,10 +240,14 @@ template <class Slot, class K, class M>
 unsigned int OpenAddressing<Slot, K, M>::FindPos(K const& key) const {
     unsigned int const start = StartSlot(key);
     if constexpr (PlainKeys) {
-        if (unsigned int const held = HoldingOfThree(start, key); held != NoPosition)
-            return held;
-        if (unsigned int const empty = FirstEmptyOfThree(start); empty != NoPosition) [[likely]]
-            return empty;
+        if (ThreeFollow(start)) [[likely]] {
+            Slot const* const three = slots + start;
+            std::size_t const later = LaterWithKey(three, key);
+            if (Holds(three[later], key))
+                return start + static_cast<unsigned int>(later);
+            if (later == 0 && States(three) == SlotEmpty) [[likely]]
+                return start + FirstEmpty(three);
+        }
     }
     unsigned int tombstone = NoPosition;
     unsigned int const p = Probe(
@@ -268,12 +263,16 @@ template <class Slot, class K, class M>
 Slot* OpenAddressing<Slot, K, M>::Locate(K const& key) const {
     unsigned int const start = StartSlot(key);
     if constexpr (PlainKeys) {
-        if (unsigned int const held = HoldingOfThree(start, key); held != NoPosition)
-            return slots + held;
-        // A key that is not there belongs nowhere yet, so it is enough that the probe ends: SlotEmpty is the one odd
-        // state.
-        if (ThreeFollow(start) && (States(start) & SlotEmpty) != 0) [[likely]]
-            return nullptr;
+        if (ThreeFollow(start)) [[likely]] {
+            Slot* const three = slots + start;
+            std::size_t const later = LaterWithKey(three, key);
+            if (Holds(three[later], key))
+                return three + later;
+            // A key that is not there belongs nowhere yet, so it is enough that the probe ends: SlotEmpty is the one
+            // odd state.
+            if (later == 0 && (States(three) & SlotEmpty) != 0) [[likely]]
+                return nullptr;
+        }
     }
     unsigned int const p = Probe(
         start, [&](Slot const& slot) { return slot.state == SlotActive && M::IsEqual(slot.key, key); },
@@ -453,10 +452,12 @@ void OpenAddressing<Slot, K, M>::MoveInto(Slot* oldSlots, unsigned int oldSize) 
     auto const settle = [&] {
         for (unsigned int i = 0; i < count; ++i) {
             // All keys differ, so the first free slot of the probe is the right one and nothing need be compared.
-            unsigned int p = FirstEmptyOfThree(waiting[i].start);
-            if (p == NoPosition)
+            unsigned int p = waiting[i].start;
+            if (ThreeFollow(p) && States(slots + p) == SlotEmpty) [[likely]]
+                p += FirstEmpty(slots + p);
+            else
                 p = Probe(
-                    waiting[i].start, [](Slot const&) { return false; }, [](unsigned int) {});
+                    p, [](Slot const&) { return false; }, [](unsigned int) {});
             slots[p].MoveElement(*waiting[i].from);
             slots[p].state = SlotActive;
         }
