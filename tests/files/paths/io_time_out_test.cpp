@@ -64,13 +64,19 @@ TEST(IoTimeOutRule, SaysWhichCallsAreGuarded) {
         {nullptr, 0x80000005, false, true},
     };
     for (Row const& row : rows) {
-        void* guard = &guard;
+        void* guard = nullptr;
         EXPECT_TRUE(fileTimeOut(row.forced ? IoTimeOutInitForced : IoTimeOutInit, guard, row.path, row.timeOut));
-        EXPECT_EQ(guard != nullptr, row.guarded) << std::hex << row.timeOut;
-        if (guard) {
-            EXPECT_EQ(static_cast<IoTimeOutGuard*>(guard)->timeOutMs, row.timeOut & 0x7FFFFFFF);
+        ASSERT_NE(guard, nullptr);
+        // A guard that guards nothing goes through the same steps.
+        auto const& record = *static_cast<IoTimeOutGuard*>(guard);
+        EXPECT_EQ(record.section != nullptr, row.guarded) << std::hex << row.timeOut;
+        EXPECT_EQ(record.timeOutMs, row.guarded ? row.timeOut & 0x7FFFFFFF : 0);
+        EXPECT_NE(*record.timeOutWord, IoTimedOut);
+        if (!row.guarded) {
+            EXPECT_TRUE(fileTimeOut(IoTimeOutBegin, guard, nullptr, 0));
+            EXPECT_TRUE(fileTimeOut(IoTimeOutEnd, guard, nullptr, 0));
         }
-        EXPECT_EQ(fileTimeOut(IoTimeOutFree, guard, nullptr, 0), row.guarded);
+        EXPECT_TRUE(fileTimeOut(IoTimeOutFree, guard, nullptr, 0));
         EXPECT_EQ(guard, nullptr);
     }
 }

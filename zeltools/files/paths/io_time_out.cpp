@@ -52,10 +52,13 @@ struct OwnedGuard : IoTimeOutGuard {
     unsigned int word;
 };
 
-void* MakeGuard(unsigned int timeOut) {
+void* MakeGuard(CXTString<char16_t> const* path, unsigned int timeOut, bool forced) {
     auto owned = std::make_unique<OwnedGuard>();
-    owned->word = timeOut;
-    detail::BuildGuard(*owned, timeOut, &owned->word);
+    owned->word = timeOut == IoTimedOut ? 0 : timeOut; // no limit has run out yet
+    owned->timeOutWord = &owned->word;
+    if (detail::NeedsGuard(path, timeOut, forced)) {
+        detail::BuildGuard(*owned, timeOut, &owned->word);
+    }
     return static_cast<IoTimeOutGuard*>(owned.release());
 }
 
@@ -63,7 +66,7 @@ void* MakeGuard(unsigned int timeOut) {
 
 bool fileTimeOut(IoTimeOut operation, void*& guard, CXTString<char16_t> const* path, unsigned int timeOut) {
     if (operation == IoTimeOutInit || operation == IoTimeOutInitForced) {
-        guard = detail::NeedsGuard(path, timeOut, operation == IoTimeOutInitForced) ? MakeGuard(timeOut) : nullptr;
+        guard = MakeGuard(path, timeOut, operation == IoTimeOutInitForced);
         return true;
     }
     if (!guard || operation > IoTimeOutFree) {
@@ -100,7 +103,7 @@ void BuildGuard(IoTimeOutGuard& guard, unsigned int timeOut, unsigned int* timeO
 }
 
 void BeginGuard(IoTimeOutGuard& guard) {
-    if (guard.runningCount.load(std::memory_order_acquire) != 0) {
+    if (!guard.section || guard.runningCount.load(std::memory_order_acquire) != 0) {
         return;
     }
     guard.runningCount.fetch_add(1, std::memory_order_relaxed);
