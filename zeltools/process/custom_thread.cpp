@@ -34,10 +34,18 @@ void Register(CCustomThread* thread) {
     TheRegistry().threads.Insert(thread);
 }
 
-/// Stops a thread for good; true when it had not ended by itself.
-bool Kill(void* handle) {
-    bool const runs = platform::SuspendThread(handle) != platform::SuspendFailed;
-    return platform::TerminateThread(handle, 1) && runs;
+enum class KillResult {
+    HadEnded,
+    Killed,
+    StillRuns
+};
+
+/// Stops a thread for good. One that hangs inside the system, or that blocks signals, does not stop in time.
+KillResult Kill(void* handle) {
+    if (platform::WaitForThread(handle, 0)) {
+        return KillResult::HadEnded;
+    }
+    return platform::TerminateThread(handle, 1) ? KillResult::Killed : KillResult::StillRuns;
 }
 
 } // namespace
@@ -145,14 +153,18 @@ bool CCustomThread::HardThreadsTermination(bool onlyKillable) {
                 childHandles.Add(child == GetCurrentThreadID() ? nullptr : platform::OpenThread(child));
             }
 
+            KillResult result = KillResult::HadEnded;
             if (void* const handle = thread->GetThreadHandle()) {
                 thread->threadState.fetch_or(StateSuspended);
-                anyKilled |= Kill(handle);
+                result = Kill(handle);
             }
-            thread->threadFlags.fetch_or(ThreadTerminated);
+            anyKilled |= result == KillResult::Killed;
+            if (result != KillResult::StillRuns) { // else its owner would delete the object under it
+                thread->threadFlags.fetch_or(ThreadTerminated);
+            }
             for (int index = 0; index < children.GetSize(); ++index) {
                 if (childHandles[index]) {
-                    anyKilled |= Kill(childHandles[index]);
+                    anyKilled |= Kill(childHandles[index]) == KillResult::Killed;
                     platform::CloseThread(childHandles[index]);
                 }
                 DetachThread(children[index]);

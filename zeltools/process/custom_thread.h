@@ -61,6 +61,7 @@ public:
     /// Kills threads that ignore the request, with the threads that were attached below them. The last resort at the
     /// end of the process: destructors do not run, the locks that a thread holds stay held (but for the registry's and
     /// the application lock, which are waited for), and the objects stay their owners'. The calling thread is spared.
+    /// One that hangs inside the system may not stop within some seconds: it is given up, and not IsTerminated.
     /// @param onlyKillable  Takes only those that have ThreadKillable.
     /// @return whether any thread was killed.
     static bool HardThreadsTermination(bool onlyKillable);
