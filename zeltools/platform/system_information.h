@@ -21,7 +21,4 @@ struct SystemVersion {
 /// Asked once for the process.
 SystemVersion const& GetWinVer();
 
-/// Gives the number of processors that this process may use, at least 1.
-unsigned int GetProcessorCount();
-
 } // namespace platform

@@ -4,11 +4,8 @@
 #include "zeltools/platform/linux/mount_table.h"
 #include "zeltools/platform/utf8.h"
 
-#include <algorithm>
-#include <sched.h>
 #include <string_view>
 #include <sys/utsname.h>
-#include <unistd.h>
 
 namespace platform {
 
@@ -56,15 +53,6 @@ SystemVersion const& GetWinVer() {
         return found;
     }();
     return version;
-}
-
-unsigned int GetProcessorCount() {
-    cpu_set_t allowed;
-    CPU_ZERO(&allowed);
-    if (sched_getaffinity(0, sizeof allowed, &allowed) == 0) {
-        return static_cast<unsigned int>(std::max(CPU_COUNT(&allowed), 1));
-    }
-    return static_cast<unsigned int>(std::max(sysconf(_SC_NPROCESSORS_ONLN), 1L));
 }
 
 } // namespace platform
