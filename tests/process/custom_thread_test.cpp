@@ -142,8 +142,10 @@ TEST_F(CustomThreads, EndingThreadDoesNotBlockTheRegistryWhileAnExitCallbackRuns
     public:
         ~Leaver() override { leaving = true; }
     };
+    auto* const leaver = new Leaver;
+    CXThread::BeginThread(leaver, xThreadPriorityNormal, BeginThreadAutoDelete | BeginThreadSuspended);
     CXSingleLock hold(&ApplicationLock(), true); // as the close does around the callbacks
-    CXThread::BeginThread(new Leaver, xThreadPriorityNormal, BeginThreadAutoDelete);
+    leaver->ResumeThread();
     WaitUntil([] { return leaving.load(); });
     std::future<unsigned int> count = std::async(std::launch::async, [] {
         unsigned int lowest = 1;

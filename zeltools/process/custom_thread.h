@@ -10,7 +10,10 @@
 //             return true;
 //         }
 //     };
-//     CXThread::BeginThread(new CLoader, xThreadPriorityNormal, BeginThreadAutoDelete);
+//     auto loader = std::make_unique<CLoader>();
+//     if (CXThread::BeginThread(loader.get(), xThreadPriorityNormal, BeginThreadAutoDelete)) {
+//         loader.release();                                  // its own; a failed start leaves it here
+//     }
 
 #pragma once
 
