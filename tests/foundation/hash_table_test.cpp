@@ -9,8 +9,10 @@
 #include "zeltools/foundation/xlc_string.h"
 #include "zeltools/foundation/xstring.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -310,6 +312,24 @@ TEST(CHashMethods, HashesAreFixed) {
     EXPECT_EQ(CHashMethods<CExLCString>::Hash(CExLCString(Wide(u"RABOOF"))), 0xBF9CF968u);
     EXPECT_TRUE(CHashMethods<Wide>::IsEqual(Wide(u"ab\0c", 4), Wide(u"ab"))) << "equal up to the zero";
     EXPECT_FALSE(CHashMethods<Wide>::IsEqual(Wide(u"abc"), Wide(u"ab")));
+}
+
+/// Equality by what the keys point to.
+struct ByText {
+    static unsigned int Hash(char const* key) { return HashText(key, std::strlen(key)); }
+    static bool IsEqual(char const* a, char const* b) { return std::strcmp(a, b) == 0; }
+};
+
+TEST(CHashMap, AsksMethodsOfAHostOnlyAboutKeysThatAreThere) {
+    CHashMap<char const*, char const*, int, ByText> map; // its empty slots have null for a key
+    auto brief = std::make_unique<std::string>("brief");
+    map.Insert(brief->c_str(), 1);
+    map.Insert("kept", 2);
+    EXPECT_EQ(map.Remove("brief"), 1);
+    brief.reset();
+    EXPECT_FALSE(map.Find("brief"));
+    ASSERT_TRUE(map.Find(std::string("kept").c_str()));
+    EXPECT_EQ(map.Insert("brief", 3), 1);
 }
 
 TEST(CHashMap, WalksInFiveForms) {

@@ -73,6 +73,9 @@ requires(std::integral<K> || std::is_enum_v<K>) struct CHashMethods<K> {
             return HashInteger64(static_cast<std::uint64_t>(key));
     }
     static constexpr bool IsEqual(K a, K b) { return a == b; }
+
+    /// IsEqual looks at nothing but the two keys, so it may also be asked about one that was never entered.
+    static constexpr bool LooksAtKeysOnly = true;
 };
 
 /// Pointers, also to functions: by address, whatever they point to.
@@ -80,6 +83,7 @@ template <class T>
 struct CHashMethods<T*> {
     static unsigned int Hash(T* key) { return HashInteger64(reinterpret_cast<std::uintptr_t>(key)); }
     static bool IsEqual(T* a, T* b) { return a == b; }
+    static constexpr bool LooksAtKeysOnly = true;
 };
 
 /// Strings: equal up to their first zero. The hash takes in the whole length, so two strings with an embedded zero

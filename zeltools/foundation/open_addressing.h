@@ -17,6 +17,7 @@
 
 #include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/block_storage.h"
+#include "zeltools/foundation/hash_methods.h"
 #include "zeltools/foundation/invalid_arg.h"
 #include "zeltools/foundation/next_prime.h"
 
@@ -155,8 +156,9 @@ private:
     /// Slots that are cheap to make and to copy are never destroyed, and all of their bytes are always defined.
     static constexpr bool PlainSlots = std::is_trivially_copyable_v<Slot>;
 
-    /// Keys that can be compared without branches, in slots whose state may be stale.
-    static constexpr bool PlainKeys = std::is_scalar_v<K>;
+    /// Keys that can be compared without branches, also in slots that are not active. The methods of a host may follow
+    /// a pointer or an index, and are only asked about keys that are there.
+    static constexpr bool PlainKeys = std::is_same_v<M, CHashMethods<K>> && requires { M::LooksAtKeysOnly; };
 
     /// ceil(2^64 / tableSize), by which a remainder takes two multiplications and no division: Lemire, Kaser and
     /// Kurz, "Faster remainder by direct computation", 2019, https://arxiv.org/abs/1902.01655. Exact for 32 bits.
