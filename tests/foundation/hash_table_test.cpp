@@ -357,7 +357,7 @@ TEST(CHashMap, WalksInFiveForms) {
     EXPECT_EQ(value, "four") << "untouched";
 }
 
-/// A value whose n-th copy fails.
+/// A key or value whose n-th copy fails.
 struct Fragile {
     static inline int copiesUntilFailure = -1;
     std::string text;
@@ -370,30 +370,54 @@ struct Fragile {
         text = other.text;
         return *this;
     }
+    bool operator==(Fragile const&) const = default;
 };
 
-TEST(CHashMap, FailingCopyLeavesMapAsItWas) {
+} // namespace
+
+template <>
+struct CHashMethods<Fragile> {
+    static unsigned int Hash(Fragile const& key) { return HashText(key.text.c_str(), key.text.size()); }
+    static bool IsEqual(Fragile const& a, Fragile const& b) { return a == b; }
+};
+
+namespace {
+
+/// `key(i)` and `value(i)` make the parts of an element, either of which may be fragile.
+template <class Map, class Key, class Value>
+void ExpectFailingCopyToLeaveMapAsItWas(Key const& key, Value const& value) {
     bool failed = true;
     for (int failAt = 0; failed; ++failAt) {
-        CHashMap<int, int, Fragile> map;
+        Map map;
         for (int i = 0; i < 11; ++i)
-            map.Insert(i, Fragile(std::to_string(i)));
-        Fragile const twelfth("12"); // its insert grows the map, which copies all
+            map.Insert(key(i), value(i));
+        auto const twelfth = key(12); // its insert grows the map, which copies all
+        auto const itsValue = value(12);
         Fragile::copiesUntilFailure = failAt;
         try {
-            map.Insert(12, twelfth);
+            map.Insert(twelfth, itsValue);
             failed = false;
         } catch (std::runtime_error const&) {
             EXPECT_EQ(map.GetHashTableSize(), 23u);
-            EXPECT_FALSE(map.IsFound(12));
+            EXPECT_FALSE(map.IsFound(twelfth));
         }
         Fragile::copiesUntilFailure = -1;
         EXPECT_EQ(map.GetCount(), failed ? 11u : 12u);
         for (int i = 0; i < 11; ++i) {
-            ASSERT_TRUE(map.Find(i));
-            EXPECT_EQ(map.Find(i)->text, std::to_string(i));
+            ASSERT_TRUE(map.Find(key(i))) << i << " of the failure " << failAt;
+            EXPECT_EQ(*map.Find(key(i)), value(i));
         }
     }
+}
+
+TEST(CHashMap, FailingCopyLeavesMapAsItWas) {
+    auto const number = [](int i) { return i; };
+    auto const text = [](int i) { return CXTString<char>(std::to_string(i).c_str()); };
+    auto const fragile = [](int i) { return Fragile(std::to_string(i)); };
+    ExpectFailingCopyToLeaveMapAsItWas<CHashMap<int, int, Fragile>>(number, fragile);
+    // The part that cannot fail must not have moved when the other one does.
+    ExpectFailingCopyToLeaveMapAsItWas<CHashMap<CXTString<char>, CXTString<char> const&, Fragile>>(text, fragile);
+    ExpectFailingCopyToLeaveMapAsItWas<CHashMap<Fragile, Fragile const&, CXTString<char>>>(fragile, text);
 }
 
 } // namespace

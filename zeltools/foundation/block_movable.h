@@ -29,6 +29,10 @@ inline constexpr bool xIsBlockMovable<CExLCString> = true;
 
 namespace detail {
 
+/// Whether MoveValue moves a T. Otherwise it copies, which may fail.
+template <class T>
+inline constexpr bool MovesSurely = std::is_nothrow_move_assignable_v<T> || xIsBlockMovable<T>;
+
 /// Gives `to` the value of `from`, which afterwards is good for destruction only. It copies where moving could fail
 /// halfway, so that an exception always leaves `from` whole.
 template <class T>

@@ -28,8 +28,13 @@ struct HashMapSlot {
         value = other.value;
     }
     void MoveElement(HashMapSlot& other) {
-        MoveValue(key, other.key);
-        MoveValue(value, other.value);
+        // Both or none: a rehash that fails leaves the old slots as they were, and none of them without its key.
+        if constexpr (MovesSurely<K> && MovesSurely<V>) {
+            MoveValue(key, other.key);
+            MoveValue(value, other.value);
+        } else {
+            CopyElement(other);
+        }
     }
     void ResetElement() {
         key = K();
