@@ -13,6 +13,11 @@
 /// The base of objects that count their owners. Made with new, by its first owner.
 /// Threads: one at a time; the count has no lock.
 class ZEL_API CInstanciatedObject {
+protected:
+    CInstanciatedObject() = default;
+    // It stands before Delete, since the order of the virtual operations is the binary contract.
+    virtual ~CInstanciatedObject() = default;
+
 public:
     CInstanciatedObject(CInstanciatedObject const&) = delete;
     CInstanciatedObject& operator=(CInstanciatedObject const&) = delete;
@@ -24,10 +29,6 @@ public:
     /// Takes an owner away.
     /// @return true when it was the last one and the object is gone.
     virtual bool Delete();
-
-protected:
-    CInstanciatedObject() = default;
-    virtual ~CInstanciatedObject() = default;
 
 private:
     int referenceCount = 1;
