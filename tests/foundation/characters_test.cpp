@@ -65,12 +65,15 @@ TEST(Characters, FollowTheLocaleBeyondAscii) {
     char16_t const lower = xToLower(u'É');
     int const collated = xStrIColl(u"Étoile", u"éTOILE");
     int const pairs = xStrColl(u"\uE000", u"\U0001F600"); // by characters here, where units would say the reverse
-    int const folded = xStrICmp(u"É", u"é");
+    int const folded = xStrICmp(u"0123456789ÉTÉ", u"0123456789éTé");
+    int const ordered = xStrICmp(u"É", u"ê");
     std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(lower, u'é');
     EXPECT_EQ(collated, 0);
     EXPECT_LT(pairs, 0);
-    EXPECT_NE(folded, 0) << "the no-case comparison folds ASCII in every locale";
+    EXPECT_EQ(folded, 0);
+    EXPECT_LT(ordered, 0);
+    EXPECT_NE(xStrICmp(u"É", u"é"), 0) << "the C locale knows ASCII";
 }
 
 // The length is read in blocks: every offset in a block, and a terminator that is the last unit before a page that

@@ -72,13 +72,14 @@ bool BlockStaysInPage(T const* text) {
 #endif
 
 // Compares a block at a step, and singly where a block would touch a page that its text may not reach. What stands
-// behind a terminator within a page is read and ignored, which neither the address nor the thread sanitizer can know.
+// behind a terminator within a page is read and ignored, which neither the address nor the thread sanitizer can know. A
+// block lowers ASCII only: what differs then may still be the same in the locale, which single characters ask.
 template <bool IgnoreCase, typename T>
 #if defined(__SSE2__)
 __attribute__((no_sanitize("address", "thread")))
 #endif
 int CompareTerminated(T const* left, T const* right) {
-    auto const fold = [](T character) { return IgnoreCase ? detail::LowerAscii(character) : character; };
+    auto const fold = [](T character) { return IgnoreCase ? xToLower(character) : character; };
     for (;;) {
 #if defined(__SSE2__)
         if (BlockStaysInPage(left) && BlockStaysInPage(right)) {
@@ -257,14 +258,7 @@ int xStrIColl(char const* left, char const* right) {
 int xStrIColl(char16_t const* left, char16_t const* right) {
     if (!CollatesByValue())
         return std::wcscoll(Widened(left, true).c_str(), Widened(right, true).c_str());
-    for (;; ++left, ++right) {
-        char16_t const a = xToLower(*left);
-        char16_t const b = xToLower(*right);
-        if (a != b)
-            return a < b ? -1 : 1;
-        if (a == 0)
-            return 0;
-    }
+    return xStrICmp(left, right);
 }
 
 char16_t const* xMemChr(char16_t const* text, char16_t character, std::size_t length) {

@@ -115,7 +115,7 @@ template <typename T>
 }
 [[nodiscard]] ZEL_API int xStrCmp(char16_t const* left, char16_t const* right);
 
-/// Compares with ASCII letters lowered, in every locale. `_` comes before the letters.
+/// Compares by value with both sides lowered by xToLower. `_` comes before the letters.
 [[nodiscard]] ZEL_API int xStrICmp(char const* left, char const* right);
 [[nodiscard]] ZEL_API int xStrICmp(char16_t const* left, char16_t const* right);
 
@@ -123,7 +123,7 @@ template <typename T>
 [[nodiscard]] ZEL_API int xStrColl(char const* left, char const* right);
 [[nodiscard]] ZEL_API int xStrColl(char16_t const* left, char16_t const* right);
 
-/// The same with both sides lowered by xToLower.
+/// The same with both sides lowered by xToLower; in the C locale that is xStrICmp.
 [[nodiscard]] ZEL_API int xStrIColl(char const* left, char const* right);
 [[nodiscard]] ZEL_API int xStrIColl(char16_t const* left, char16_t const* right);
 

@@ -191,7 +191,7 @@ public:
     // A null operand counts as the empty text: 1 for a string that is not empty, else 0.
 
     int Compare(T const* other) const;
-    /// Ignores the case of A to Z, and of what the C locale adds; compares lower-cased characters.
+    /// Compares characters lowered as by MakeLower, so that `_` comes before the letters.
     int CompareNoCase(T const* other) const;
     /// Compares in the order of the process's locale.
     int Collate(T const* other) const;
