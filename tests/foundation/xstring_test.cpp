@@ -8,6 +8,7 @@
 
 #include <clocale>
 #include <cstdint>
+#include <cstring>
 #include <deque>
 #include <gtest/gtest.h>
 #include <random>
@@ -530,6 +531,26 @@ TYPED_TEST(XString, SafeCopyRefusesWhatDoesNotFit) {
     EXPECT_EQ(detail::CopySafe(target, 3, static_cast<TypeParam const*>(nullptr), 1), EINVAL);
     EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(target[2], TypeParam(0));
+}
+
+// GetLength of such a text is negative. Only the pages that are written or asked for take memory.
+TEST(XStringLimits, TextsBeyondAnIntAreCutByTheirStoredLength) {
+    std::size_t const last = std::size_t(INT32_MAX) + 2;
+    CXTString<char> text;
+    text.SetLength(last + 1);
+    std::memcpy(text.GetText(), "a,b,", 4);
+    std::memcpy(text.GetText() + INT32_MAX, "xyz", 3);
+    EXPECT_EQ(text.Left(3), "a,b");
+    EXPECT_EQ(text.Mid(2, 1), "b");
+    EXPECT_EQ(text.Mid(INT32_MAX), "xyz");
+    EXPECT_EQ(text.Right(2), "yz");
+    int position = 0;
+    EXPECT_EQ(text.Tokenize(",", position), "a");
+    EXPECT_EQ(text.Tokenize(",", position), "b");
+    EXPECT_EQ(position, 4);
+    EXPECT_EQ(text.Find("xy", INT32_MAX), INT32_MAX);
+    EXPECT_EQ(text.FindEndPos("xy", INT32_MAX), -1); // no int tells the place
+    EXPECT_EQ(text.Find('z', INT32_MAX), -1);
 }
 
 TEST(XStringWidths, ConvertOnTheNarrowCodePage) {

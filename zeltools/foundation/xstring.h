@@ -210,7 +210,8 @@ public:
     friend bool operator>=(CXTString const& left, T const* right) { return left.Compare(right) >= 0; }
 
     // ---- Searching: a position, or -1 ----
-    // -1 too for a null or empty text, and for a start that is negative or not below the length.
+    // -1 too for a null or empty text, for a start that is negative or not below the length, and for a place beyond
+    // what an int holds.
 
     int Find(T character, int start = 0) const;
     /// Compares lower-cased characters.

@@ -8,11 +8,18 @@
 #include "zeltools/foundation/xstring.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace detail {
 
+/// A position as the members tell it; one that an int cannot hold counts as not found.
 inline int Position(std::size_t found) {
-    return found == NotFound ? -1 : static_cast<int>(found);
+    return found > INT_MAX ? -1 : static_cast<int>(found);
+}
+
+/// A count or a position where a negative number stands for none.
+inline std::size_t Count(int number) {
+    return number < 0 ? 0 : static_cast<std::size_t>(number);
 }
 
 } // namespace detail
@@ -24,7 +31,7 @@ int CXTString<T>::Find(T character, int start) const {
     if (!IsInside(start))
         return -1;
     T const* const found = xMemChr(buffer + start, character, length - static_cast<std::size_t>(start));
-    return found ? static_cast<int>(found - buffer) : -1;
+    return found ? detail::Position(static_cast<std::size_t>(found - buffer)) : -1;
 }
 
 template <class T>
@@ -47,7 +54,7 @@ int CXTString<T>::Find(T const* text, int start, bool noCase) const {
 template <class T>
 int CXTString<T>::FindEndPos(T const* text, int start, bool noCase) const {
     int const found = Find(text, start, noCase);
-    return found < 0 ? -1 : found + static_cast<int>(Measure(text));
+    return found < 0 ? -1 : detail::Position(static_cast<std::size_t>(found) + Measure(text));
 }
 
 template <class T>
@@ -76,41 +83,43 @@ int CXTString<T>::ReverseFind(T const* text, int start) const {
 
 // ---- Cutting ----
 
+// Everything is reckoned in the stored length: the one that GetLength tells wraps around beyond 2^31 characters.
+
 template <class T>
 CXTString<T> CXTString<T>::Left(int count) const {
-    return CXTString(buffer, std::clamp(count, 0, Base::GetLength()));
+    return Join(buffer, std::min(length, detail::Count(count)), nullptr, 0);
 }
 
 template <class T>
 CXTString<T> CXTString<T>::Right(int count) const {
-    int const kept = std::clamp(count, 0, Base::GetLength());
-    return CXTString(buffer + (length - static_cast<std::size_t>(kept)), kept);
+    std::size_t const kept = std::min(length, detail::Count(count));
+    return Join(buffer + (length - kept), kept, nullptr, 0);
 }
 
 template <class T>
 CXTString<T> CXTString<T>::Mid(int first, int count) const {
-    first = std::clamp(first, 0, Base::GetLength());
-    int const rest = Base::GetLength() - first;
-    return CXTString(buffer + first, count == -1 ? rest : std::clamp(count, 0, rest));
+    std::size_t const place = std::min(length, detail::Count(first));
+    std::size_t const rest = length - place;
+    return Join(buffer + place, count == -1 ? rest : std::min(rest, detail::Count(count)), nullptr, 0);
 }
 
 namespace detail {
 
 /// The characters of `text` for which the set's answer is `isWanted`.
 template <class T>
-CXTString<T> Filtered(CXTString<T> const& text, T const* set, bool isWanted) {
+CXTString<T> Filtered(T const* text, std::size_t length, T const* set, bool isWanted) {
     CXTString<T> kept;
-    if (!set || text.IsEmpty())
+    if (!set || length == 0)
         return kept;
     CharacterSet<T> const members(set);
-    T* const target = kept.GetBufferSetLength(text.GetLength());
-    T const* const source = text;
-    int count = 0;
-    for (int i = 0; i < text.GetLength(); ++i) {
-        target[count] = source[i];
-        count += members.Contains(source[i]) == isWanted;
+    kept.SetLength(length);
+    T* const target = kept.GetText();
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        target[count] = text[i];
+        count += members.Contains(text[i]) == isWanted;
     }
-    kept.ReleaseBuffer(count);
+    kept.SetLength(count);
     return kept;
 }
 
@@ -118,28 +127,28 @@ CXTString<T> Filtered(CXTString<T> const& text, T const* set, bool isWanted) {
 
 template <class T>
 CXTString<T> CXTString<T>::SpanIncluding(T const* set) const {
-    return detail::Filtered(*this, set, true);
+    return detail::Filtered(buffer, length, set, true);
 }
 
 template <class T>
 CXTString<T> CXTString<T>::SpanExcluding(T const* set) const {
-    return detail::Filtered(*this, set, false);
+    return detail::Filtered(buffer, length, set, false);
 }
 
 template <class T>
 CXTString<T> CXTString<T>::Tokenize(T const* delimiters, int& position) const {
-    int const end = Base::GetLength();
-    int first = position;
+    int const start = position;
     position = -1;
-    if (!IsInside(first) || !delimiters || !*delimiters)
+    if (!IsInside(start) || !delimiters || !*delimiters)
         return CXTString();
     detail::CharacterSet<T> const set(delimiters);
-    while (first < end && set.Contains(buffer[first]))
+    std::size_t first = static_cast<std::size_t>(start);
+    while (first < length && set.Contains(buffer[first]))
         ++first;
-    int last = first;
-    while (last < end && !set.Contains(buffer[last]))
+    std::size_t last = first;
+    while (last < length && !set.Contains(buffer[last]))
         ++last;
-    if (last < end)
-        position = last + 1;
-    return CXTString(buffer + first, last - first);
+    if (last < length)
+        position = detail::Position(last + 1);
+    return Join(buffer + first, last - first, nullptr, 0);
 }
