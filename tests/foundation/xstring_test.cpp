@@ -505,6 +505,9 @@ TYPED_TEST(XString, FormatsAndScans) {
     text.AppendFormat(1u);
     text.AppendFormat(61858u, this->S("f"));
     EXPECT_NE(text.Find(this->S(")f")), -1);
+    text = this->S("a");
+    text.AppendFormat(this->S("b%cc"), 0);
+    EXPECT_EQ(Whole(text), this->Std("ab"));
 
     text = this->S("x 12 34");
     int first = 0;
@@ -518,6 +521,8 @@ TYPED_TEST(XString, FormatsAndScans) {
     EXPECT_EQ(text.ScanS(static_cast<TypeParam const*>(nullptr)), 0);
     EXPECT_EQ(String().ScanS(this->S("%d"), &first), 0);
     EXPECT_EQ(String(this->S("  ")).ScanS(this->S("%d"), &first), -1);
+    EXPECT_EQ(String(this->S("312")).MakeReverse().ScanS(1, this->S("%d"), &first), 1);
+    EXPECT_EQ(first, 21) << "the character in the terminator's place ends no text";
 }
 
 TYPED_TEST(XString, SafeCopyRefusesWhatDoesNotFit) {

@@ -326,6 +326,7 @@ public:
     // ---- Formatting and scanning, in the conventions of foundation/text_format.h ----
     // In a wide format %s is wide text and %S or %hs narrow; in a narrow format the reverse. An argument may be the
     // string's own buffer. A format that cannot be carried out gives the empty string, a null one changes nothing.
+    // What AppendFormat appends counts up to its first zero, as any operand does.
 
     void Format(T const* format, ...);
     /// The format is a row of the string table; an id without text changes nothing.

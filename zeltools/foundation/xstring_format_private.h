@@ -60,7 +60,7 @@ void CXTString<T>::AppendFormat(T const* format, ...) {
     va_start(arguments, format);
     text.FormatV(format, arguments);
     va_end(arguments);
-    Base::Append(text.buffer, text.length);
+    *this += text;
 }
 
 template <class T>
@@ -73,7 +73,7 @@ void CXTString<T>::AppendFormat(unsigned int id, ...) {
     va_start(arguments, id);
     text.FormatV(format, arguments);
     va_end(arguments);
-    Base::Append(text.buffer, text.length);
+    *this += text;
 }
 
 template <class T>
@@ -83,7 +83,11 @@ int CXTString<T>::ScanVS(T const* format, std::va_list arguments) const {
 
 template <class T>
 int CXTString<T>::ScanVS(int start, T const* format, std::va_list arguments) const {
-    return format && IsInside(start) ? xScanV(buffer + start, format, arguments) : 0;
+    if (!format || !IsInside(start))
+        return 0;
+    if (buffer[length] != T()) // after MakeReverse nothing ends the text; a copy does
+        return CXTString(*this).ScanVS(start, format, arguments);
+    return xScanV(buffer + start, format, arguments);
 }
 
 template <class T>
