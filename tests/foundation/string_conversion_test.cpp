@@ -33,6 +33,7 @@ ConversionRow const conversionRows[] = {
     {437, "\x80\x9B", u"\u00C7\u00A2", true},
     {xEncodingUtf16, "a", nullptr, false},
     {99999, "a", nullptr, false},
+    {99999, "", nullptr, false}, // a page that is not there has no empty text either
     {-2, "a", nullptr, false},
 };
 
@@ -59,6 +60,8 @@ TEST_F(StringConversion, ConvertsBothWaysInEveryEncoding) {
     CXTString<char> narrow("old");
     EXPECT_FALSE(XFASTCW2A(narrow, u"a", xEncodingUtf16));
     EXPECT_TRUE(narrow.IsEmpty());
+    EXPECT_FALSE(XFASTCW2A(narrow, u"", 99999));
+    EXPECT_TRUE(XFASTCW2A(narrow, u"", 932));
     EXPECT_TRUE(XFASTCW2A(narrow, u"\u0100\U0001F600", 1252)); // the pair takes two
     EXPECT_EQ(narrow, "???");
     EXPECT_TRUE(XFASTCW2A(narrow, u"a\xD800", xEncodingUtf8));

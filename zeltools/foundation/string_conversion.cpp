@@ -43,8 +43,8 @@ bool XFASTCA2W(CXTCharArray<char16_t>& target, char const* source, int encoding)
     std::size_t const length = xStrLen(source);
     if (!source || length > INT_MAX || codePage == NoCodePage)
         return false;
-    if (length == 0)
-        return true;
+    if (length == 0) // measuring the terminator alone tells whether there is such a page
+        return platform::MultiByteToWideChar(codePage, 0, source, 1, nullptr, 0) == 1;
     if (codePage == platform::CodePageUtf8) {
         target.SetLength(platform::Utf16Room(length));
         target.SetLength(platform::Utf8ToUtf16(source, length, target.GetText()));
@@ -61,8 +61,8 @@ bool XFASTCW2A(CXTCharArray<char>& target, char16_t const* source, int encoding)
     std::size_t const length = xStrLen(source);
     if (!source || length > INT_MAX || codePage == NoCodePage)
         return false;
-    if (length == 0)
-        return true;
+    if (length == 0) // measuring the terminator alone tells whether there is such a page
+        return platform::WideCharToMultiByte(codePage, 0, source, 1, nullptr, 0) == 1;
     if (codePage == platform::CodePageUtf8) {
         if (length > INT_MAX / 3 && platform::Utf8Length(source, length) > INT_MAX)
             return false;
