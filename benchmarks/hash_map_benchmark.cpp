@@ -20,11 +20,26 @@
 
 namespace {
 
-/// Keys that are in the map in the order of insertion, the same in another order, and as many that are not in it.
+/// Keys that are in the map in the order of insertion, as many that are not in it, and the lookups of either kind.
+/// These are so many, in an order of chance, that the processor does not learn by heart which probe takes how long:
+/// over a thousand keys in one order it does, and a map then looks as if its chains had no cost.
 template <class K>
 struct Keys {
-    std::vector<K> present, shuffled, absent;
+    std::vector<K> present, absent, hits, misses;
 };
+
+constexpr std::size_t FewestLookups = 200'000;
+
+/// All keys in an order of chance, again and again in another one, until there are enough.
+template <class K>
+std::vector<K> LookupsOf(std::vector<K> keys, std::mt19937_64& random) {
+    std::vector<K> lookups;
+    do {
+        std::shuffle(keys.begin(), keys.end(), random);
+        lookups.insert(lookups.end(), keys.begin(), keys.end());
+    } while (lookups.size() < FewestLookups);
+    return lookups;
+}
 
 std::u16string PathOf(std::uint64_t number) {
     std::string const digits = std::to_string(number);
@@ -60,8 +75,8 @@ Keys<K> const& KeysFor(std::size_t count) {
         keys.present.push_back(KeyOf<K>(numbers[i]));
         keys.absent.push_back(KeyOf<K>(numbers[count + i]));
     }
-    keys.shuffled = keys.present;
-    std::shuffle(keys.shuffled.begin(), keys.shuffled.end(), random);
+    keys.hits = LookupsOf(keys.present, random);
+    keys.misses = LookupsOf(keys.absent, random);
     return keys;
 }
 
@@ -131,6 +146,10 @@ Map const& FilledMap(std::size_t count) {
     return *map;
 }
 
+void CountItems(benchmark::State& state, std::size_t perIteration) {
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(perIteration));
+}
+
 /// Inserts all keys into a new map, which grows on the way.
 template <class Map>
 void Insert(benchmark::State& state, std::size_t count) {
@@ -143,6 +162,7 @@ void Insert(benchmark::State& state, std::size_t count) {
         map.reset();
         state.ResumeTiming();
     }
+    CountItems(state, count);
 }
 
 template <class Map>
@@ -155,16 +175,17 @@ void Lookup(benchmark::State& state, Map const& map, std::vector<typename Map::K
         }
         benchmark::DoNotOptimize(sum);
     }
+    CountItems(state, keys.size());
 }
 
 template <class Map>
 void Hit(benchmark::State& state, std::size_t count) {
-    Lookup(state, FilledMap<Map>(count), KeysFor<typename Map::Key>(count).shuffled);
+    Lookup(state, FilledMap<Map>(count), KeysFor<typename Map::Key>(count).hits);
 }
 
 template <class Map>
 void Miss(benchmark::State& state, std::size_t count) {
-    Lookup(state, FilledMap<Map>(count), KeysFor<typename Map::Key>(count).absent);
+    Lookup(state, FilledMap<Map>(count), KeysFor<typename Map::Key>(count).misses);
 }
 
 template <class Map>
@@ -172,6 +193,7 @@ void Iterate(benchmark::State& state, std::size_t count) {
     Map const& map = FilledMap<Map>(count);
     for (auto _ : state)
         benchmark::DoNotOptimize(map.Sum());
+    CountItems(state, count);
 }
 
 template <class Map>
@@ -183,10 +205,7 @@ void Register(std::string const& side, std::string const& keys, std::size_t coun
     for (auto const& work : works)
         benchmark::RegisterBenchmark(
             (std::string(work.name) + "/" + side + "/" + keys + "/" + std::to_string(count)).c_str(),
-            [run = work.run, count](benchmark::State& state) {
-                run(state, count);
-                state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(count));
-            });
+            [run = work.run, count](benchmark::State& state) { run(state, count); });
 }
 
 template <class OurKey, class PeerKey>
