@@ -12,6 +12,7 @@ ABOUT = re.compile(r"^(?:(?:guard|reference temporary(?: #\d+)?) (?:variable )?f
 
 def check(tree):
     if tree.build is None:
+        tree.notes.append("exports: not looked at, since no --build was given")
         return
     library = tree.build / "zeltools" / "libzeltools.so"
     if not library.exists():
