@@ -6,13 +6,10 @@
 #include "zeltools/foundation/application_path.h"
 #include "zeltools/foundation/application_preferences.h"
 #include "zeltools/foundation/application_product_name.h"
-#include "zeltools/foundation/product_information.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -72,18 +69,6 @@ TEST_F(Application, PathIsTheProgramsUntilItIsSet) {
     EXPECT_EQ(Text(GetApplicationName(true)), u"host");
 }
 
-TEST_F(Application, ProductNameCarriesItsVersion) {
-    EXPECT_EQ(Text(GetInternalProductName(true)), u"Catalogue 3");
-    EXPECT_EQ(Text(GetInternalProductName(false)), u"Catalogue");
-    Name(u"Catalogue", 0);
-    EXPECT_EQ(Text(GetInternalProductName(true)), u"Catalogue");
-    folder.Write("host.app");
-    SetApplicationPath(Wide(Below("host.app").c_str()));
-    Name(u"", 7);
-    EXPECT_EQ(Text(GetInternalProductName(true)), u"host"); // the call that derives it gives it bare
-    EXPECT_EQ(Text(GetInternalProductName(true)), u"host 7");
-}
-
 TEST_F(Application, DataFoldersAreMadeAndRemembered) {
     EXPECT_EQ(Text(GetUserApplicationDataPath(false, nullptr)), Below("user/Quenby/Catalogue 3") + u'\\');
     EXPECT_TRUE(folder.Exists("user/Quenby/Catalogue 3"));
@@ -107,24 +92,6 @@ TEST_F(Application, CommonFolderThatCannotBeWrittenGivesWayToTheUsers) {
     EXPECT_EQ(named, Text(GetUserApplicationDataPath(true, nullptr))); // the name is lost, and the version with it
 }
 
-TEST_F(Application, PreferencesStandBelowTheProduct) {
-    std::u16string const preferences = Below("user/Quenby/Catalogue 3/Preferences") + u'\\';
-    EXPECT_EQ(Text(GetUserPreferencesPath(false)), preferences);
-    EXPECT_FALSE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
-    EXPECT_EQ(Text(GetUserPreferencesPath(true)), preferences); // known already: not looked at
-    EXPECT_FALSE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
-    detail::ForgetPreferencesPaths();
-    EXPECT_EQ(Text(GetPreferencesFile()), preferences + u"Catalogue.prefs");
-    EXPECT_TRUE(folder.Exists("user/Quenby/Catalogue 3/Preferences"));
-    EXPECT_EQ(Text(GetCommonPreferencesPath(true)), Below("common/Quenby/Catalogue 3/Preferences") + u'\\');
-
-    SetUserPreferencesPath(Wide(Below("mine").c_str()));
-    EXPECT_EQ(Text(GetUserPreferencesPath(false)), Below("mine") + u'\\');
-    EXPECT_EQ(Text(GetPreferencesFile()), preferences + u"Catalogue.prefs"); // remembered on its own
-    Name(u"Catalogue", 3);
-    EXPECT_EQ(Text(GetUserPreferencesPath(false)), preferences);
-}
-
 TEST_F(Application, FileComesFromTheLatestOfThreeVersionsBefore) {
     Name(u"Catalogue", 13);
     Wide const wanted(Below("app 13/a.prefs").c_str());
@@ -139,25 +106,6 @@ TEST_F(Application, FileComesFromTheLatestOfThreeVersionsBefore) {
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted));
     EXPECT_EQ(folder.Read("app 13/a.prefs"), "mine");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(Wide(u"\\nowhere\\a.prefs"))); // holds no version
-    Name(u"Catalogue", 0);
-    folder.Write("app -1/b", "minus");
-    folder.Write("app 0/other");
-    // The digit 0 may stand in the folder's random name too, which then is not found.
-    if (folder.Native().find('0') == std::string::npos) {
-        EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(Wide(Below("app 0/b").c_str())));
-    }
-}
-
-TEST_F(Application, ProductInformationNamesProductAndSystem) {
-    std::u16string const rule = u"------------------------------------------\r\n";
-    std::u16string text = Text(BuildProductInformationText(Wide(u"1.2")));
-    EXPECT_EQ(text.find(rule + u"Product information\r\n" + rule), 0U);
-    EXPECT_NE(text.find(u" (110)\r\nCatalogue 1.2\r\n64-bit version\r\nNo licence information\r\n" + rule),
-              std::u16string::npos);
-    SetProductInformationCallbacks([] { return Wide(u"Catalogue Pro"); }, [] { return Wide(u"Licensed to Ana"); });
-    text = Text(BuildProductInformationText(Wide(u"1.2")));
-    SetProductInformationCallbacks(nullptr, nullptr);
-    EXPECT_NE(text.find(u"\r\nCatalogue Pro 1.2\r\n64-bit version\r\nLicensed to Ana\r\n"), std::u16string::npos);
 }
 
 } // namespace

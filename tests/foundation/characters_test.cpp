@@ -5,7 +5,6 @@
 
 #include <clocale>
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -98,16 +97,6 @@ TEST(Characters, MeasureWithoutLeavingThePage) {
     munmap(mapping, 2 * page);
     EXPECT_EQ(xStrLen(static_cast<char16_t const*>(nullptr)), 0u);
     EXPECT_EQ(xStrLen(static_cast<char const*>(nullptr)), 0u);
-}
-
-TEST(Characters, FindTextInText) {
-    char16_t const* const text = u"ababac and abac";
-    EXPECT_EQ(xStrStr(text, u"abac"), text + 2) << "a failed attempt does not swallow the beginning of the match";
-    EXPECT_EQ(xStrStr(text, u""), text);
-    EXPECT_EQ(xStrStr(u"", u"a"), nullptr);
-    EXPECT_EQ(xStrStr(text, u"abac."), nullptr);
-    EXPECT_EQ(xStrChr(text, u'z'), nullptr);
-    EXPECT_EQ(xMemChr("a\0b", 'b', 3) != nullptr, true);
 }
 
 } // namespace

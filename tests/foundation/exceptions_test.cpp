@@ -4,7 +4,6 @@
 #include "zeltools/foundation/xarchive_exception.h"
 #include "zeltools/foundation/xexception.h"
 #include "zeltools/foundation/xfile_exception.h"
-#include "zeltools/foundation/xinternet_exception.h"
 #include "zeltools/foundation/xload_string.h"
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/language.h"
@@ -58,35 +57,6 @@ TEST(ThreadExceptions, EachIsDeletedOnceWhicheverWayAndWhicheverThread) {
     XDeleteThreadException();
 }
 
-TEST(ThreadExceptions, ASecondOneReplacesTheFirstAndLeavesItAlive) {
-    auto* const first = new CCountedException;
-    XSetThreadException(first);
-    XSetThreadException(new CCountedException);
-    EXPECT_EQ(CCountedException::alive, 2);
-    XDeleteThreadException();
-    EXPECT_EQ(CCountedException::alive, 1);
-    first->Delete();
-    EXPECT_EQ(CCountedException::alive, 0);
-}
-
-TEST(ThreadExceptions, ThreadsKeepTheirsApart) {
-    auto* const ours = new CCountedException;
-    XSetThreadException(ours);
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < 4; ++i)
-            threads.emplace_back([] {
-                for (int round = 0; round < 200; ++round) {
-                    XSetThreadException(new CCountedException);
-                    XDeleteThreadException();
-                }
-            });
-    }
-    EXPECT_EQ(CCountedException::alive, 1);
-    XDeleteThreadException();
-    EXPECT_EQ(CCountedException::alive, 0);
-}
-
 TEST(ThreadExceptions, TableEndsWithTheLibraryAndBeginsAgain) {
     auto* const caught = new CCountedException;
     XSetThreadException(caught);
@@ -99,28 +69,6 @@ TEST(ThreadExceptions, TableEndsWithTheLibraryAndBeginsAgain) {
     EXPECT_EQ(CCountedException::alive, 0);
     detail::RunExitCallbacks();
     detail::DeleteExitCallbackTable();
-}
-
-TEST(Exceptions, MisuseThrowsARegisteredPointer) {
-    try {
-        detail::ThrowInvalidArg();
-    } catch (CXException* exception) {
-        EXPECT_TRUE(exception->IsKindOf(CXInvalidArgException::GetThisRuntimeClassDescriptor()));
-        EXPECT_TRUE(exception->GetErrorMessage().IsEmpty());
-        EXPECT_FALSE(exception->ReportError(0));
-        XDeleteThreadException();
-    }
-}
-
-TEST(FileException, SystemErrorsHaveTheirCauses) {
-    std::pair<unsigned int, int> const errors[] = {{0, 0},    {1, 1},    {6, 2},   {267, 3}, {113, 4},       {999, 5},
-                                                   {193, 6},  {145, 7},  {62, 8},  {132, 9}, {996, 10},      {32, 11},
-                                                   {167, 12}, {112, 13}, {38, 14}, {998, 1}, {0xFFFFFFFF, 1}};
-    for (auto const& [error, cause] : errors)
-        EXPECT_EQ(CXFileException::OsErrorToException(error), cause) << error;
-    std::pair<int, int> const errnos[] = {{0, 1}, {1, 5}, {23, 2}, {22, 10}, {9, 6}, {24, 4}, {28, 13}, {29, 1}};
-    for (auto const& [value, cause] : errnos)
-        EXPECT_EQ(CXFileException::ErrnoToException(value), cause) << value;
 }
 
 TEST(FileException, ThrowsOrFillsTheTarget) {
@@ -151,11 +99,6 @@ TEST(FileException, ThrowsOrFillsTheTarget) {
         }
         EXPECT_EQ(thrown, row.cause);
     }
-    F target;
-    F::ThrowErrno(F::diskFull, 0, u"b", &target);
-    EXPECT_EQ(target.cause, F::diskFull);
-    F::ThrowErrno(F::diskFull, 2, u"b", &target);
-    EXPECT_EQ(target.cause, F::fileNotFound);
 }
 
 /// One text for each cause, all different, each with the name in it, in both languages.
@@ -180,18 +123,6 @@ TEST(Exceptions, MessagesNameTheFileAndTellTheCausesApart) {
         EXPECT_TRUE(CXFileException(CXFileException::none, u"a").GetErrorMessage().IsEmpty());
     }
     platform::SetThreadUILanguage(before);
-}
-
-TEST(InternetException, TakesTheLastErrorAndTheSystemsText) {
-    platform::SetLastError(5);
-    CXInternetException const exception(0, 77);
-    EXPECT_EQ(exception.errorCode, 5u);
-    EXPECT_EQ(exception.context, 77u);
-    unsigned int help = 9;
-    EXPECT_TRUE(exception.GetErrorMessage(&help) == platform::FormatMessageW(5).c_str());
-    EXPECT_FALSE(exception.GetErrorMessage().IsEmpty());
-    EXPECT_EQ(help, 0u);
-    EXPECT_TRUE(CXInternetException(12003).GetErrorMessage() == platform::FormatMessageW(12003).c_str());
 }
 
 } // namespace

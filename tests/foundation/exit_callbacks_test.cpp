@@ -56,15 +56,6 @@ TEST_F(ExitCallbacks, LowestUnsignedPriorityFirstAndEachOnce) {
     EXPECT_EQ(Close(), "x");
 }
 
-TEST_F(ExitCallbacks, BeforeCloseRunsItsOwnAndLeavesTheOthers) {
-    EXPECT_EQ(BeforeClose(), "");
-    AddApplicationExitCallback(&Log<'a'>, 0);
-    AddApplicationExitCallback(&Log<'d'>, ExitCallbackBeforeClose);
-    EXPECT_EQ(BeforeClose(), "d");
-    EXPECT_EQ(BeforeClose(), "");
-    EXPECT_EQ(Close(), "a");
-}
-
 /// Twelve at once, and one for before the close: more than a new table holds, so it is rebuilt under the pass.
 void AddMany() {
     AddApplicationExitCallback(&Log<'0'>, ExitCallbackBeforeClose);

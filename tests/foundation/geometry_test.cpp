@@ -23,43 +23,6 @@ TEST(Points, SumsAndDifferencesHaveTheRightKindAndStopAtTheEnds) {
     EXPECT_EQ(point, CXPoint(INT_MAX, INT_MIN + 20));
     EXPECT_EQ(-CXSize(INT_MIN, 1), CXSize(INT_MAX, -1));
     EXPECT_EQ(CXPoint(INT_MIN, 0) - CXPoint(1, 0), CXSize(INT_MIN, 0));
-    tagPOINT const plain = point;
-    EXPECT_EQ(CXPoint(plain), plain);
-}
-
-TEST(Rects, EdgesCornersAndCentre) {
-    CXRect const rect(-10, 5, 15, 45);
-    EXPECT_EQ(rect.Size(), CXSize(25, 40));
-    EXPECT_EQ(rect.TopRight(), CXPoint(15, 5));
-    EXPECT_EQ(rect.BottomLeft(), CXPoint(-10, 45));
-    EXPECT_EQ(rect.CenterPoint(), CXPoint(2, 25));
-    EXPECT_TRUE(rect.PtInRect(CXPoint(-10, 5)));
-    EXPECT_FALSE(rect.PtInRect(CXPoint(15, 5)) || rect.PtInRect(CXPoint(-10, 45)));
-    CXRect const all(INT_MIN, INT_MIN, INT_MAX, INT_MAX);
-    EXPECT_EQ(all.Width(), INT_MAX);
-    EXPECT_EQ(all.CenterPoint(), CXPoint(0, 0));
-    EXPECT_TRUE(CXRect(3, 3, 3, 9).IsRectEmpty() && CXRect(3, 3, 2, 9).IsRectEmpty() && !rect.IsRectEmpty());
-    EXPECT_TRUE(CXRect().IsRectNull() && !CXRect(3, 3, 3, 3).IsRectNull());
-}
-
-TEST(Rects, MovingAndGrowing) {
-    CXRect rect(10, 20, 30, 50);
-    rect.InflateRect(1, 2);
-    EXPECT_EQ(rect, CXRect(9, 18, 31, 52));
-    rect.DeflateRect(1, 2, 3, 4);
-    EXPECT_EQ(rect, CXRect(10, 20, 28, 48));
-    rect.MoveToXY(-5, 0);
-    EXPECT_EQ(rect, CXRect(-5, 0, 13, 28));
-    rect.MoveToX(INT_MAX - 8);
-    EXPECT_EQ(rect, CXRect(INT_MAX - 8, 0, INT_MAX, 28));
-    CXRect turned(30, 50, 10, 20);
-    turned.NormalizeRect();
-    EXPECT_EQ(turned, CXRect(10, 20, 30, 50));
-    EXPECT_EQ(turned + CXPoint(1, 2), CXRect(11, 22, 31, 52));
-    EXPECT_EQ(turned - CXSize(1, 2), CXRect(9, 18, 29, 48));
-    EXPECT_EQ(turned + CXRect(1, 2, 3, 4), CXRect(9, 18, 33, 54));
-    turned -= CXRect(1, 2, 3, 4);
-    EXPECT_EQ(turned, CXRect(11, 22, 27, 46));
 }
 
 struct PairRow {
@@ -95,9 +58,7 @@ TEST(Rects, SubtractionCutsOnlyWholeSides) {
         CXRect b, rest;
     } const rows[] = {
         {{-5, -5, 4, 20}, {4, 0, 10, 10}},
-        {{6, 0, 10, 10}, {0, 0, 6, 10}},
         {{0, 0, 10, 3}, {0, 3, 10, 10}},
-        {{-1, 7, 11, 12}, {0, 0, 10, 7}},
         {{0, 4, 10, 6}, a}, // would leave two
         {{0, 0, 5, 5}, a},
         {{-1, -1, 11, 11}, {}},

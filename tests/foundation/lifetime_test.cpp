@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "zeltools/foundation/delete_ptr_safe.h"
-#include "zeltools/foundation/instanciated_object.h"
-#include "zeltools/foundation/scoped_values.h"
 #include "zeltools/foundation/shared_object.h"
 
 #include <cstring>
@@ -9,27 +6,6 @@
 #include <limits>
 
 namespace {
-
-class CCounted : public CInstanciatedObject {
-public:
-    explicit CCounted(bool* gone) : isGone(gone) {}
-
-private:
-    ~CCounted() override { *isGone = true; }
-    bool* isGone;
-};
-
-TEST(InstanciatedObject, TheLastOwnerDeletes) {
-    bool gone = false;
-    auto* const object = new CCounted(&gone);
-    EXPECT_EQ(object->AddRef(), 2);
-    EXPECT_FALSE(object->Delete());
-    EXPECT_EQ(object->GetRefCount(), 1);
-    EXPECT_FALSE(gone);
-    EXPECT_TRUE(DeleteMe(object));
-    EXPECT_TRUE(gone);
-    EXPECT_TRUE(DeleteMe(nullptr));
-}
 
 struct Item {
     unsigned short size;
@@ -53,38 +29,6 @@ TEST(SharedObject, ACopyHasAWholeBlockOfItsOwn) {
     xTaskMemFree(detached);
     xTaskMemFree(nullptr);
     EXPECT_EQ(xTaskMemAlloc(std::numeric_limits<std::size_t>::max()), nullptr);
-}
-
-TEST(ScopedValues, ComeBackHoweverTheScopeIsLeft) {
-    int depth = 0;
-    bool reset = false, inverted = true;
-    try {
-        CPopValue const inside(&depth);
-        CBoolReset const restore(&reset, true);
-        CBoolSwitch const other(&inverted);
-        EXPECT_EQ(depth, 1);
-        EXPECT_FALSE(reset || inverted);
-        throw 0;
-    } catch (int) {
-    }
-    EXPECT_EQ(depth, 0);
-    EXPECT_TRUE(reset && inverted);
-}
-
-TEST(DeletePtrSafe, LeavesNullAndAcceptsIt) {
-    void* block = ::operator new(10);
-    DeletePtrSafe(block);
-    DeletePtrSafe(block);
-    EXPECT_EQ(block, nullptr);
-    struct Flag {
-        bool* gone;
-        ~Flag() { *gone = true; }
-    };
-    bool gone = false;
-    auto* object = new Flag{&gone};
-    DeletePtrSafe(object);
-    DeletePtrSafe(object);
-    EXPECT_TRUE(gone && !object);
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
-#include <memory>
 #include <thread>
 
 namespace {
@@ -27,20 +26,6 @@ ZEL_IMPLEMENT_RUNTIME_CLASS(CRound, CShape, 7 | RuntimeClassNotSerializable)
 /// Of the same name as another class, as two plug-ins may have one.
 CXRuntimeClass const otherShape = {"CShape", 8, 9, &CXObject::classCreatorCXObject, nullptr, "CXObject"};
 
-TEST(RuntimeClass, RecordTellsNameSizeSchemaAndBase) {
-    CXRuntimeClass const& root = *CXObject::GetThisRuntimeClassDescriptor();
-    EXPECT_STREQ(root.className, "CXObject");
-    EXPECT_EQ(root.schema, 1u);
-    EXPECT_EQ(root.baseClass, nullptr);
-    CXRuntimeClass const& round = CRound::classCreatorCRound;
-    EXPECT_STREQ(round.className, "CRound");
-    EXPECT_STREQ(round.baseClassName, "CShape");
-    EXPECT_EQ(round.objectSize, sizeof(CRound));
-    EXPECT_FALSE(round.IsSerializable());
-    EXPECT_TRUE(CShape::classCreatorCShape.IsSerializable());
-    EXPECT_FALSE(CXException::classCreatorCXException.IsSerializable());
-}
-
 TEST(RuntimeClass, KindFollowsTheBaseChain) {
     CRound const round(5);
     CShape const shape;
@@ -49,17 +34,7 @@ TEST(RuntimeClass, KindFollowsTheBaseChain) {
     EXPECT_TRUE(round.IsKindOf(CXObject::GetThisRuntimeClassDescriptor()));
     EXPECT_FALSE(shape.IsKindOf(CRound::GetThisRuntimeClassDescriptor()));
     EXPECT_FALSE(shape.IsKindOf(&otherShape)); // the record counts, not the name
-    EXPECT_FALSE(shape.IsKindOf(nullptr));
     EXPECT_FALSE(CXObject::IsKindOf(nullptr, CShape::GetThisRuntimeClassDescriptor()));
-    EXPECT_FALSE(CShape::classCreatorCShape.IsDerivedFrom(nullptr));
-}
-
-TEST(RuntimeClass, CreatesWhatHasADefaultConstructor) {
-    std::unique_ptr<CXObject> const shape(CShape::classCreatorCShape.CreateObject());
-    ASSERT_NE(shape, nullptr);
-    EXPECT_EQ(shape->GetRuntimeClassDescriptor(), CShape::GetThisRuntimeClassDescriptor());
-    EXPECT_EQ(CRound::classCreatorCRound.CreateObject(), nullptr);
-    EXPECT_EQ(CXObject::classCreatorCXObject.CreateObject(), nullptr);
 }
 
 TEST(RuntimeClassRegistry, FindsTheLaterOfTwoAndNothingAfterItsEnd) {

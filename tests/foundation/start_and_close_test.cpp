@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/start_and_close.h"
 
-#include "zeltools/files/registered_file.h"
 #include "zeltools/foundation/exit_callbacks.h"
-#include "zeltools/foundation/xexception.h"
 #include "zeltools/process/custom_thread.h"
-#include "zeltools/process/thread_registry.h"
-#include "zeltools/process/worker_count.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
@@ -22,19 +18,6 @@ protected:
     StartAndClose() { calls.clear(); }
     ~StartAndClose() override { CloseQuenbyApplication(0xFFFFFFFF); }
 };
-
-TEST_F(StartAndClose, AStartRecordsTheThreadAndTheWorkerCount) {
-    InitQuenbyApplication("ignored", nullptr, AppInitFileTypes, nullptr);
-    EXPECT_EQ(GetApplicationMainThreadID(), CXThread::GetCurrentThreadID());
-    EXPECT_GE(OMPGetMaxThreadCount(true), 1u);
-    EXPECT_NE(CRegisteredFile::Existing(), nullptr);
-    CRegisteredFile const* const registry = CRegisteredFile::Existing();
-    InitQuenbyApplication("ignored", u"\\elsewhere\\", 0xFFFFFFFF, nullptr); // a second start looks at nothing
-    EXPECT_EQ(CRegisteredFile::Existing(), registry);
-    CloseQuenbyApplication(0); // without its flag the registry stays
-    EXPECT_EQ(CRegisteredFile::Existing(), registry);
-    CRegisteredFile::Free();
-}
 
 TEST_F(StartAndClose, HandlersAreReplacedAndPutBackAsTheyWere) {
     static std::sig_atomic_t volatile caught;
@@ -69,18 +52,6 @@ TEST_F(StartAndClose, CountedStartsCloseWithTheLast) {
     AddApplicationExitCallback([] { calls.push_back(2); }, 0);
     CloseZelTools(0);
     EXPECT_EQ(calls, (std::vector<int>{1, 2}));
-}
-
-TEST_F(StartAndClose, CallbacksRunInTheOrderOfTheirPriority) {
-    InitQuenbyApplication(nullptr, nullptr, 0, nullptr);
-    AddApplicationExitCallback([] { calls.push_back(99); }, 0xFFFFFFFF);
-    AddApplicationExitCallback([] { calls.push_back(7); }, 7);
-    AddApplicationExitCallback([] { calls.push_back(-1); }, 0xFFFFFFFE); // registered, never run
-    AddApplicationExitCallback([] { calls.push_back(0); }, 0);
-    CloseQuenbyApplication(AppCloseFreeTables);
-    EXPECT_EQ(calls, (std::vector<int>{0, 7, 99}));
-    CloseQuenbyApplication(AppCloseFreeTables); // closed already
-    EXPECT_EQ(calls.size(), 3u);
 }
 
 using StartAndCloseDeath = StartAndClose;

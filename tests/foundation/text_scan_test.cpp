@@ -7,7 +7,6 @@
 #include "zeltools/platform/code_pages.h"
 
 #include <bit>
-#include <climits>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -144,22 +143,6 @@ TEST(TextScan, TakesTextWholeOrNotAtAll) {
     EXPECT_EQ(std::u16string(wide), u"\u00E9");
     EXPECT_EQ(xScan("abc", "%s", narrow, 0u), 0);
     EXPECT_EQ(xScan("abc", "%2c", narrow, 1u), 0);
-}
-
-TEST(TextScan, KeepsNumbersWithinTheirBits) {
-    long long wide = 0;
-    int number = 0;
-    EXPECT_EQ(xScan("99999999999", "%d", &number), 1);
-    EXPECT_EQ(number, 1215752191);
-    EXPECT_EQ(xScan("99999999999999999999", "%lld", &wide), 1);
-    EXPECT_EQ(wide, LLONG_MAX);
-    EXPECT_EQ(xScan("-99999999999999999999", "%lld", &wide), 1);
-    EXPECT_EQ(wide, LLONG_MIN);
-    EXPECT_EQ(xScan("99999999999999999999", "%llu", &wide), 1);
-    EXPECT_EQ(wide, -1);
-    EXPECT_EQ(xScan("0xg", "%x", &number), 1) << "the zero is a number, the letter is left";
-    EXPECT_EQ(number, 0);
-    EXPECT_EQ(xScan("0x1", "%1i%c", &number, nullptr, 1u), 1);
 }
 
 TEST(TextScan, SurvivesFormatsThatMeanNothing) {

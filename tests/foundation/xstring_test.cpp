@@ -27,50 +27,12 @@ protected:
     T const* S(std::string_view ascii) { return m_texts.emplace_back(ascii.begin(), ascii.end()).c_str(); }
     std::basic_string<T> Std(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
-    // Reaches the fields that the growth rule is about.
-    struct Opened : Text {
-        using Text::Text;
-        std::size_t Capacity() const { return this->CXTCharArray<T>::capacity; }
-    };
-
 private:
     std::deque<std::basic_string<T>> m_texts; // the addresses hold while it grows
 };
 
 using Widths = testing::Types<char, char16_t>;
 TYPED_TEST_SUITE(XString, Widths);
-
-TYPED_TEST(XString, MakesTextsFromPointersCountsAndCharacters) {
-    using String = typename TestFixture::Text;
-    EXPECT_EQ(Whole(String(this->S("abc"))), this->Std("abc"));
-    EXPECT_EQ(Whole(String(this->S("abc"), 2)), this->Std("ab"));
-    EXPECT_EQ(Whole(String(this->S("abc"), -1)), this->Std("abc"));
-    EXPECT_EQ(Whole(String(this->S("abc"), 0)), this->Std(""));
-    EXPECT_EQ(Whole(String(TypeParam('x'), 20)), this->Std("xxxxxxxxxxxxxxxxxxxx"));
-    EXPECT_EQ(Whole(String(TypeParam('x'), -1)), this->Std(""));
-    for (String const& null : {String(nullptr), String(static_cast<TypeParam const*>(nullptr), 5),
-                               String(static_cast<typename String::Other const*>(nullptr))})
-        EXPECT_TRUE(null.IsEmpty() && null[0] == 0);
-}
-
-TYPED_TEST(XString, AssignsEverySourceAndEmptiesOnNull) {
-    using String = typename TestFixture::Text;
-    String text(this->S("before"));
-    EXPECT_EQ(text = TypeParam('c'), this->S("c"));
-    EXPECT_EQ(text = reinterpret_cast<unsigned char const*>("bytes"), this->S("bytes"));
-    typename String::Other const other[] = {'o', 't', 'h', 0};
-    EXPECT_EQ(text = other, this->S("oth"));
-    EXPECT_EQ(text.Copy(this->S("copied"), 4), this->S("copi"));
-    EXPECT_EQ(text.Copy(this->S("copied"), -1), this->S(""));
-    text = this->S("again");
-    text = static_cast<TypeParam const*>(nullptr);
-    EXPECT_TRUE(text.IsEmpty());
-    text = this->S("again");
-    text += nullptr;
-    text += static_cast<typename String::Other const*>(nullptr);
-    EXPECT_EQ(text, this->S("again"));
-    EXPECT_TRUE((text = nullptr).IsEmpty());
-}
 
 TYPED_TEST(XString, CopiesAreDeepAndWhole) {
     using String = typename TestFixture::Text;
@@ -84,37 +46,6 @@ TYPED_TEST(XString, CopiesAreDeepAndWhole) {
     for (String const& each : {copy, assigned, moved})
         EXPECT_EQ(Whole(each), this->Std({"ab\0de", 5}));
     EXPECT_EQ(text.GetAt(0), TypeParam('x'));
-}
-
-TYPED_TEST(XString, GrowsByTheRule) {
-    struct {
-        int from, to;
-        std::size_t capacity;
-    } const rows[] = {
-        {0, 1, 16},     {0, 14, 16},  {0, 15, 64},  {0, 63, 64},   {0, 64, 65}, // n + 1, raised to 16 and 64
-        {14, 15, 16},   {14, 16, 64}, {14, 32, 65}, {63, 64, 129},              // 2n + 1
-        {100, 50, 101},                                                         // shrinking keeps the memory
-    };
-    for (auto const& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.from << " to " << row.to);
-        typename TestFixture::Opened text(TypeParam('x'), row.from);
-        text.GetBufferSetLength(row.to);
-        EXPECT_EQ(text.Capacity(), row.capacity);
-        EXPECT_EQ(text[row.to], TypeParam(0));
-    }
-}
-
-TYPED_TEST(XString, EmptyStringsShareOneBufferAndOwnNone) {
-    using String = typename TestFixture::Text;
-    String first;
-    String second(this->S(""));
-    EXPECT_EQ(first.GetConstBuffer(), second.GetConstBuffer());
-    first = second;
-    first.Empty();
-    first.ReleaseBuffer();
-    EXPECT_TRUE(String::IsEmptyBuffer(first.DetachBuffer()));
-    *second.GetBuffer(0) = 0; // asking for the buffer makes it writable
-    EXPECT_FALSE(String::IsEmptyBuffer(second.GetConstBuffer()));
 }
 
 TYPED_TEST(XString, BufferAccessChangesTheLength) {
@@ -214,76 +145,15 @@ TYPED_TEST(XString, ComparesUnsignedAndUpToTheFirstZero) {
         EXPECT_EQ(left.CompareNoCase(null), expected);
         EXPECT_EQ(left.Collate(null), expected);
         EXPECT_EQ(left.CollateNoCase(null), expected);
-        EXPECT_EQ(left == null, left.IsEmpty());
-        EXPECT_FALSE(left < null);
-        EXPECT_TRUE(left >= null);
-        EXPECT_EQ(left > null, !left.IsEmpty());
-        EXPECT_EQ(left <= null, left.IsEmpty());
     }
 }
 
-TYPED_TEST(XString, FindsWithoutLookingBack) {
-    struct {
-        char const *text, *part;
-        int start;
-        bool noCase;
-        int position;
-    } const rows[] = {
-        {"hello", "l", 0, false, 2},
-        {"hello", "l", 4, false, -1},
-        {"hello", "o", 4, false, 4},
-        {"hello", "o", 5, false, -1},
-        {"hello", "h", -1, false, -1},
-        {"hello", "", 0, false, -1},
-        {"", "a", 0, false, -1},
-        {"ababac", "abac", 0, false, -1},
-        {"ababac", "abac", 1, false, 2},
-        {"aab", "ab", 0, false, 1},
-        {"aaab", "aab", 0, false, -1},
-        {"Hello", "ELL", 0, true, 1},
-        {"Hello", "ELL", 0, false, -1},
-        {"end", "ends", 0, false, -1},
-        {"a[b{c", "{", 0, true, 3},
-        {"0123456789abcdefXYZ", "XYZ", 0, false, 16},
-        {"0123456789abcdeXYZ", "yz", 0, true, 16},
-    };
-    using String = typename TestFixture::Text;
-    for (auto const& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.part << " in " << row.text << " from " << row.start);
-        String const text(this->S(row.text));
-        TypeParam const* const part = this->S(row.part);
-        EXPECT_EQ(text.Find(part, row.start, row.noCase), row.position);
-        int const end = row.position < 0 ? -1 : row.position + static_cast<int>(std::string_view(row.part).size());
-        EXPECT_EQ(text.FindEndPos(part, row.start, row.noCase), end);
-        if (part[0] && !part[1]) {
-            EXPECT_EQ(row.noCase ? text.FindNoCase(part[0], row.start) : text.Find(part[0], row.start), row.position);
-        }
-    }
-    EXPECT_EQ(String(this->S("a")).Find(static_cast<TypeParam const*>(nullptr)), -1);
-    EXPECT_EQ(String(this->S("abc")).FindOneOf(this->S("cb")), 2); // the set's order decides
-    EXPECT_EQ(String(this->S("abc")).FindOneOf(this->S("xyza")), 0);
-    EXPECT_EQ(String(this->S("abc")).FindOneOf(this->S("")), -1);
-    EXPECT_EQ(String(this->S("abc")).FindOneOf(nullptr), -1);
-}
-
-TYPED_TEST(XString, FindsBackwardsWithoutLookingBack) {
-    struct {
-        char const *text, *part;
-        int start, position;
-    } const rows[] = {
-        {"abcabc", "b", -1, 4},  {"abcabc", "b", 3, 1},  {"abcabc", "b", 99, 4}, {"abcabc", "x", -1, -1},
-        {"abcabc", "bc", -1, 4}, {"abcabc", "bc", 4, 1}, {"abcabc", "", -1, -1}, {"cababa", "caba", -1, -1},
-        {"baa", "ba", -1, 0},    {"", "a", -1, -1},      {"b", "ab", -1, -1},    {"abcabc", "abc", 2, 0},
-    };
-    for (auto const& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.part << " in " << row.text << " from " << row.start);
-        typename TestFixture::Text const text(this->S(row.text));
-        TypeParam const* const part = this->S(row.part);
-        EXPECT_EQ(text.ReverseFind(part, row.start), row.position);
-        if (part[0] && !part[1]) {
-            EXPECT_EQ(text.ReverseFind(part[0], row.start), row.position);
-        }
-    }
+TYPED_TEST(XString, FindsOneOfASetInTheSetsOrder) {
+    typename TestFixture::Text const text(this->S("abc"));
+    EXPECT_EQ(text.FindOneOf(this->S("cb")), 2);
+    EXPECT_EQ(text.FindOneOf(this->S("xyz")), -1);
+    EXPECT_EQ(text.FindOneOf(nullptr), -1);
+    EXPECT_EQ(text.Find(static_cast<TypeParam const*>(nullptr)), -1);
 }
 
 // The search written as it is told: one character at a time.
@@ -321,8 +191,18 @@ TYPED_TEST(XString, BlockwiseSearchAgreesWithThePlainOne) {
         std::size_t const start = random() % 8;
         bool const noCase = random() % 2;
         CXTString<TypeParam> const string(text.c_str());
-        ASSERT_EQ(string.Find(part.c_str(), static_cast<int>(start), noCase), PlainFind(text, part, start, noCase))
+        int const found = PlainFind(text, part, start, noCase);
+        ASSERT_EQ(string.Find(part.c_str(), static_cast<int>(start), noCase), found)
             << testing::PrintToString(string) << " round " << round;
+        int const end = string.FindEndPos(part.c_str(), static_cast<int>(start), noCase);
+        ASSERT_EQ(end, found < 0 ? -1 : found + static_cast<int>(part.size()));
+        if (start < text.size()) { // the other way round it is the same search in the mirror
+            int const mirrored =
+                PlainFind<TypeParam>({text.rbegin(), text.rend()}, {part.rbegin(), part.rend()}, start, false);
+            int const size = static_cast<int>(text.size());
+            ASSERT_EQ(string.ReverseFind(part.c_str(), size - 1 - static_cast<int>(start)),
+                      mirrored < 0 ? -1 : size - mirrored - static_cast<int>(part.size()));
+        }
         ASSERT_EQ(string.ReverseFind(part[0]), static_cast<int>(text.rfind(part[0])));
         ASSERT_EQ(string.Find(part[0], static_cast<int>(start)), static_cast<int>(text.find(part[0], start)));
     }
@@ -331,24 +211,16 @@ TYPED_TEST(XString, BlockwiseSearchAgreesWithThePlainOne) {
 TYPED_TEST(XString, CutsPieces) {
     using String = typename TestFixture::Text;
     String const text(this->S("abcdef"));
-    EXPECT_EQ(text.Left(2), this->S("ab"));
-    EXPECT_EQ(text.Left(-1), this->S(""));
-    EXPECT_EQ(text.Left(INT32_MAX), this->S("abcdef"));
-    EXPECT_EQ(text.Right(2), this->S("ef"));
     EXPECT_EQ(text.Right(-1), this->S(""));
     EXPECT_EQ(text.Right(INT32_MAX), this->S("abcdef"));
     EXPECT_EQ(text.Mid(2), this->S("cdef"));
     EXPECT_EQ(text.Mid(-3, 2), this->S("ab"));
-    EXPECT_EQ(text.Mid(4, INT32_MAX), this->S("ef"));
-    EXPECT_EQ(text.Mid(6, 1), this->S(""));
     EXPECT_EQ(text.Mid(INT32_MAX, -1), this->S(""));
 
     String const mixed(this->S("xaybz"));
     EXPECT_EQ(mixed.SpanIncluding(this->S("ab")), this->S("ab"));
     EXPECT_EQ(mixed.SpanExcluding(this->S("ab")), this->S("xyz"));
     EXPECT_EQ(mixed.SpanIncluding(this->S("")), this->S(""));
-    EXPECT_EQ(mixed.SpanExcluding(this->S("")), this->S("xaybz"));
-    EXPECT_EQ(mixed.SpanIncluding(nullptr), this->S(""));
     EXPECT_EQ(mixed.SpanExcluding(nullptr), this->S(""));
 }
 
@@ -360,8 +232,7 @@ TYPED_TEST(XString, TokenizeSkipsEmptyTokens) {
         int after;
     } const rows[] = {
         {",a,,b", ",", 0, "a", 3}, {",a,,b", ",", 3, "b", -1}, {"ab", ",;", 0, "ab", -1}, {"a;b,c", ",;", 2, "b", 4},
-        {",,,", ",", 0, "", -1},   {"a,", ",", 0, "a", 2},     {"a,", ",", 2, "", -1},    {"a", "", 0, "", -1},
-        {"a", ",", -1, "", -1},    {"", ",", 0, "", -1},
+        {",,,", ",", 0, "", -1},   {"a", "", 0, "", -1},       {"a", ",", -1, "", -1},    {"", ",", 0, "", -1},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(testing::Message() << row.text << " from " << row.position);
@@ -375,23 +246,6 @@ TYPED_TEST(XString, TokenizeSkipsEmptyTokens) {
     EXPECT_EQ(position, -1);
 }
 
-TYPED_TEST(XString, InsertsAndDeletes) {
-    using String = typename TestFixture::Text;
-    String text(this->S("bd"));
-    EXPECT_EQ(text.Insert(0, TypeParam('a')), 3);
-    EXPECT_EQ(text.Insert(2, this->S("c")), 4);
-    EXPECT_EQ(text.Insert(4, this->S("efghijklmnopqrstuvwxyz")), 26);
-    EXPECT_EQ(text.Insert(27, TypeParam('?')), 26);
-    EXPECT_EQ(text.Insert(-1, this->S("?")), 26);
-    EXPECT_EQ(text, this->S("abcdefghijklmnopqrstuvwxyz"));
-    EXPECT_EQ(text.Delete(20, INT32_MAX), 20);
-    EXPECT_EQ(text.Delete(0, 18), 2);
-    EXPECT_EQ(text.Delete(2, 1), 2);
-    EXPECT_EQ(text.Delete(-1, 1), 2);
-    EXPECT_EQ(text.Delete(0, 0), 2);
-    EXPECT_EQ(text, this->S("st"));
-}
-
 TYPED_TEST(XString, RemovesAndReplaces) {
     using String = typename TestFixture::Text;
     struct {
@@ -399,23 +253,15 @@ TYPED_TEST(XString, RemovesAndReplaces) {
         int maxCount, end, start, count;
         char const* result;
     } const rows[] = {
-        {"abcabc", "b", nullptr, -1, -1, 0, 2, "acac"},
         {"abcabc", "b", nullptr, 1, -1, 0, 1, "acabc"},
         {"abcabc", "b", nullptr, 0, -1, 0, 0, "abcabc"},
         {"aabb", "ab", nullptr, -1, -1, 0, 1, "ab"}, // goes on behind what came together
-        {"ababac", "abac", nullptr, -1, -1, 0, 0, "ababac"},
-        {"a-b-c", "-", "+", -1, -1, 0, 2, "a+b+c"},
         {"a-b-c", "-", " to ", -1, -1, 0, 2, "a to b to c"},
-        {"a--b--c", "--", "-", -1, -1, 0, 2, "a-b-c"},
-        {"a-b-c", "-", "", 1, -1, 0, 1, "ab-c"},
         {"aaaa", "a", "aa", -1, -1, 0, 4, "aaaaaaaa"}, // never looks into what it inserted
         {"aaaa", "a", "bbb", -1, 4, 0, 2, "bbbbbbaa"}, // the third would start at 6, beyond 4
         {"aaaa", "aa", "b", -1, 2, 0, 2, "bb"},        // the second starts at 1
         {"a-b-c", "-", "+", -1, -1, 2, 1, "a-b+c"},
-        {"a-b-c", "-", "+", -1, 0, 0, 0, "a-b-c"},
-        {"a-b-c", "-", "+", 0, -1, 0, 0, "a-b-c"},
         {"a-b-c", "", "+", -1, -1, 0, 0, "a-b-c"},
-        {"a-b-c", "-", "+", -1, -1, 5, 0, "a-b-c"},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(testing::Message() << row.text << ": " << row.from << " " << row.result);
@@ -437,9 +283,6 @@ TYPED_TEST(XString, RemovesAndReplaces) {
     EXPECT_EQ(text, this->S("baaa"));
     EXPECT_EQ(text.Replace(TypeParam('a'), TypeParam('c'), 5, 3), 2);
     EXPECT_EQ(text, this->S("bcca"));
-    EXPECT_EQ(text.Replace(TypeParam('c'), TypeParam('d'), 1), 1);
-    EXPECT_EQ(text.Replace(TypeParam('c'), TypeParam('d'), 0), 0);
-    EXPECT_EQ(text, this->S("bdca"));
 }
 
 // The new text moved to a larger block without what had been written last.
@@ -454,75 +297,18 @@ TYPED_TEST(XString, ManyGrowingReplacementsKeepWhatWasReplacedBefore) {
     EXPECT_EQ(Whole(text), expected);
 }
 
-TYPED_TEST(XString, ChangesCaseAndOrder) {
-    using String = typename TestFixture::Text;
-    EXPECT_EQ(String(this->S("Ab[Z`z@")).MakeLower(), this->S("ab[z`z@"));
-    EXPECT_EQ(String(this->S("Ab[Z`z@")).MakeUpper(), this->S("AB[Z`Z@"));
-    EXPECT_EQ(String(this->S("ABC")).MakeLower(2), this->S("abC"));
-    EXPECT_EQ(String(this->S("abc")).MakeUpper(99), this->S("ABC"));
-
-    String text(this->S("abc"));
-    text.MakeReverse();
-    EXPECT_EQ(Whole(text), this->Std({"\0cb", 3}));
-    EXPECT_EQ(text.GetConstBuffer()[3], TypeParam('a'));
-    EXPECT_TRUE(String().MakeReverse().IsEmpty());
-}
-
-TYPED_TEST(XString, TrimsEnds) {
-    using String = typename TestFixture::Text;
-    String const text(this->S(" \t-a b-\r\n"));
-    EXPECT_EQ(String(text).Trim(), this->S("-a b-"));
-    EXPECT_EQ(String(text).TrimLeft(), this->S("-a b-\r\n"));
-    EXPECT_EQ(String(text).TrimRight(), this->S(" \t-a b-"));
-    EXPECT_EQ(String(this->S("--a--")).Trim(TypeParam('-')), this->S("a"));
-    EXPECT_EQ(String(this->S("--a--")).TrimLeft(TypeParam('-')), this->S("a--"));
-    EXPECT_EQ(String(this->S("--a--")).TrimRight(TypeParam('-')), this->S("--a"));
-    EXPECT_EQ(String(this->S("+-a-+")).Trim(this->S("-+")), this->S("a"));
-    EXPECT_EQ(String(this->S("+-a-+")).TrimLeft(this->S("-+")), this->S("a-+"));
-    EXPECT_EQ(String(this->S("+-a-+")).TrimRight(this->S("-+")), this->S("+-a"));
-    EXPECT_EQ(String(this->S("+-a")).Trim(static_cast<TypeParam const*>(nullptr)), this->S("+-a"));
-    EXPECT_EQ(Whole(String(this->S(" \n ")).Trim()), this->Std(""));
-}
-
-TYPED_TEST(XString, FormatsAndScans) {
-    using String = typename TestFixture::Text;
-    String text;
-    text.Format(this->S("%s=%d"), this->S("a"), 7);
-    EXPECT_EQ(text, this->S("a=7"));
-    text.AppendFormat(this->S(";%s"), text.GetConstBuffer());
-    EXPECT_EQ(text, this->S("a=7;a=7"));
+// An embedded zero ends the appended text, and no character in the terminator's place is taken for the text's own.
+TYPED_TEST(XString, AppendsFormattedTextAndScansReversedText) {
+    typename TestFixture::Text text(this->S("a"));
+    text.AppendFormat(this->S("%s;b%cc"), text.GetConstBuffer(), 0);
+    EXPECT_EQ(Whole(text), this->Std("aa;b"));
     for (int const width : {255, 256, 300}) { // around the room of the first pass
-        text.Format(this->S("%*d|"), width, 1);
-        EXPECT_EQ(Whole(text),
-                  std::basic_string<TypeParam>(static_cast<std::size_t>(width) - 1, ' ') + this->Std("1|"));
+        text.Format(this->S("%*d"), width, 1);
+        EXPECT_EQ(Whole(text), std::basic_string<TypeParam>(static_cast<std::size_t>(width) - 1, ' ') + TypeParam('1'));
     }
-    text.Format(static_cast<TypeParam const*>(nullptr));
-    EXPECT_EQ(text.GetLength(), 301);
-    text.Format(1u); // no such row
-    EXPECT_EQ(text.GetLength(), 301);
-    text.Format(5313u, 1, 2, 3);
-    EXPECT_EQ(text.Left(6), this->S("1 2 3 "));
-    text.AppendFormat(1u);
-    text.AppendFormat(61858u, this->S("f"));
-    EXPECT_NE(text.Find(this->S(")f")), -1);
-    text = this->S("a");
-    text.AppendFormat(this->S("b%cc"), 0);
-    EXPECT_EQ(Whole(text), this->Std("ab"));
-
-    text = this->S("x 12 34");
-    int first = 0;
-    int second = 0;
-    EXPECT_EQ(text.ScanS(1, this->S("%d %d"), &first, &second), 2);
-    EXPECT_EQ(first * 100 + second, 1234);
-    EXPECT_EQ(text.ScanS(this->S("x %d"), &second), 1);
-    EXPECT_EQ(second, 12);
-    EXPECT_EQ(text.ScanS(7, this->S("%d"), &first), 0);
-    EXPECT_EQ(text.ScanS(-1, this->S("%d"), &first), 0);
-    EXPECT_EQ(text.ScanS(static_cast<TypeParam const*>(nullptr)), 0);
-    EXPECT_EQ(String().ScanS(this->S("%d"), &first), 0);
-    EXPECT_EQ(String(this->S("  ")).ScanS(this->S("%d"), &first), -1);
-    EXPECT_EQ(String(this->S("312")).MakeReverse().ScanS(1, this->S("%d"), &first), 1);
-    EXPECT_EQ(first, 21) << "the character in the terminator's place ends no text";
+    int number = 0;
+    EXPECT_EQ(typename TestFixture::Text(this->S("312")).MakeReverse().ScanS(1, this->S("%d"), &number), 1);
+    EXPECT_EQ(number, 21);
 }
 
 TYPED_TEST(XString, SafeCopyRefusesWhatDoesNotFit) {
@@ -556,28 +342,6 @@ TEST(XStringLimits, TextsBeyondAnIntAreCutByTheirStoredLength) {
     EXPECT_EQ(text.Find("xy", INT32_MAX), INT32_MAX);
     EXPECT_EQ(text.FindEndPos("xy", INT32_MAX), -1); // no int tells the place
     EXPECT_EQ(text.Find('z', INT32_MAX), -1);
-}
-
-TEST(XStringWidths, ConvertOnTheNarrowCodePage) {
-    struct {
-        unsigned codePage;
-        char const* narrow;
-        char16_t const* wide;
-    } const rows[] = {
-        {65001, "caf\xC3\xA9 \xF0\x9F\x98\x80", u"caf\u00E9 \U0001F600"},
-        {1252, "caf\xE9 \x80", u"caf\u00E9 \u20AC"},
-        {932, "\x83\x65", u"\u30C6"},
-    };
-    for (auto const& row : rows) {
-        SCOPED_TRACE(row.codePage);
-        ASSERT_TRUE(platform::SetACP(row.codePage));
-        EXPECT_EQ(CXTString<char16_t>(row.narrow), row.wide);
-        EXPECT_EQ(CXTString<char>(row.wide), row.narrow);
-        CXTString<char16_t> wide(u"<");
-        wide += row.narrow;
-        EXPECT_EQ(wide, u'<' + CXTString<char16_t>(row.wide));
-    }
-    platform::SetACP(0);
 }
 
 TEST(XStringWidths, WideCaseAndBlanksReachBeyondAscii) {
