@@ -149,39 +149,6 @@ TEST(WideCharToMultiByte, GivesTheRecordedAnswers) {
     EXPECT_EQ(encodedMore, 2);
 }
 
-TEST(CodePages, RefuseBadArguments) {
-    char16_t units[4];
-    char bytes[4] = "\xFF";
-    auto const decode = [&](unsigned page, unsigned flags, char const* source, char16_t* target, int room) {
-        SetLastError(0);
-        EXPECT_EQ(MultiByteToWideChar(page, flags, source, 1, target, room), 0);
-        return GetLastError();
-    };
-    EXPECT_EQ(decode(CodePageUtf8, 0, nullptr, units, 4), ErrorInvalidParameter);
-    EXPECT_EQ(decode(CodePageUtf8, 0, bytes, units, -1), ErrorInvalidParameter);
-    EXPECT_EQ(decode(CodePageUtf8, 0, bytes, nullptr, 4), ErrorInvalidParameter);
-    EXPECT_EQ(decode(12345, 0, bytes, units, 4), ErrorInvalidParameter);
-    EXPECT_EQ(decode(CodePageUtf8, 0x4000, bytes, units, 4), ErrorInvalidFlags);
-    EXPECT_EQ(decode(CodePageUtf8, MultiByteErrInvalidChars, bytes, units, 4), ErrorNoUnicodeTranslation);
-    EXPECT_EQ(decode(932, MultiByteErrInvalidChars, "\x81", nullptr, 0), ErrorNoUnicodeTranslation);
-    SetLastError(0);
-    EXPECT_EQ(WideCharToMultiByte(CodePageUtf8, WideCharErrInvalidChars, u"\xD800", 1, bytes, 4), 0);
-    EXPECT_EQ(GetLastError(), ErrorNoUnicodeTranslation);
-}
-
-TEST(CodePages, ChooseWhatZeroStandsFor) {
-    ASSERT_EQ(GetACP(), CodePageUtf8) << "the tests run without ZELTOOLS_CODEPAGE";
-    char16_t units[4];
-    EXPECT_EQ(MultiByteToWideChar(CodePageAcp, 0, "\xC3\xA9", 2, units, 4), 1);
-    EXPECT_FALSE(SetACP(12345));
-    {
-        AcpGuard const acp(1252);
-        EXPECT_EQ(GetACP(), 1252u);
-        EXPECT_EQ(MultiByteToWideChar(CodePageAcp, 0, "\xC3\xA9", 2, units, 4), 2);
-    }
-    EXPECT_EQ(GetACP(), CodePageUtf8);
-}
-
 // The environment is read once, so each value is tried in a process of its own.
 TEST(CodePagesDeathTest, TakeZeroFromTheEnvironment) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -296,24 +296,6 @@ TEST(FileIo, ReadsWritesSeeksAndCuts) {
     CloseFile(file);
 }
 
-TEST(FileIo, AHandleDoesOnlyWhatItWasOpenedFor) {
-    TemporaryFolder const folder;
-    folder.Write("file", "abc");
-    std::size_t count = 7;
-    char byte = 0;
-    HANDLE const reader = CreateFileW((folder.Path() + Name).c_str(), GenericRead, ShareAll, OpenExisting, 0);
-    HANDLE const writer = CreateFileW((folder.Path() + Name).c_str(), GenericWrite, ShareAll, OpenExisting, 0);
-    EXPECT_FALSE(WriteFile(reader, "x", 1, count) || SetEndOfFile(reader) || FlushFileBuffers(reader));
-    EXPECT_EQ(GetLastError(), ErrorAccessDenied);
-    EXPECT_FALSE(ReadFile(writer, &byte, 1, count));
-    EXPECT_EQ(count, 0U);
-    EXPECT_EQ(GetLastError(), ErrorAccessDenied);
-    EXPECT_FALSE(ReadFile(InvalidHandle, &byte, 1, count));
-    EXPECT_EQ(GetLastError(), ErrorInvalidHandle);
-    CloseFile(reader);
-    CloseFile(writer);
-}
-
 TEST(FileIo, AFullDiskAndABrokenPipeAreErrors) {
     std::size_t count = 0;
     HANDLE const full = CreateFileW(u"\\dev\\full", GenericWrite, ShareAll, OpenExisting, 0);

@@ -98,10 +98,4 @@ TEST_P(FaultHandler, RestorePutsBackWhatTheLastInstallReplaced) {
 INSTANTIATE_TEST_SUITE_P(Table, FaultHandler, testing::ValuesIn(faultRows),
                          [](auto const& row) { return row.param.name; });
 
-TEST(FaultHandler, OtherSignalsAreRefused) {
-    EXPECT_FALSE(platform::InstallFaultHandler(SIGABRT));
-    EXPECT_FALSE(platform::RestoreFaultHandler(SIGABRT));
-    EXPECT_FALSE(platform::RestoreFaultHandler(SIGSEGV)); // none is kept
-}
-
 } // namespace

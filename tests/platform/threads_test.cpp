@@ -107,17 +107,6 @@ TEST(BeginThreadEx, SuspendedBodyRunsAfterResumeOnly) {
     });
 }
 
-TEST(BeginThreadEx, StackSizes) {
-    for (std::size_t const size : {std::size_t{1}, std::size_t{100'000}, std::size_t{64} << 20}) {
-        HANDLE const thread = BeginThreadEx(size, &Return, nullptr, 0, nullptr);
-        ASSERT_NE(thread, nullptr) << size;
-        EXPECT_TRUE(WaitForThread(thread, WaitForever));
-        EXPECT_EQ(GetExitCodeThread(thread), 5U);
-        CloseThread(thread);
-    }
-    EXPECT_EQ(BeginThreadEx(~std::size_t{0}, &Return, nullptr, 0, nullptr), nullptr); // more than there is
-}
-
 TEST(BeginThreadEx, TenThousandRoundsLeakNoThread) {
     std::size_t const before = ThreadCount();
     for (int round = 0; round < 10'000; ++round) {
@@ -260,20 +249,6 @@ TEST(SetThreadPriority, LowersAndReportsARefusal) {
     EXPECT_TRUE(WaitForThread(thread, WaitForever));
     EXPECT_FALSE(SetThreadPriority(thread, 0));
     CloseThread(thread);
-}
-
-TEST(NullHandle, IsRefused) {
-    EXPECT_EQ(SuspendThread(nullptr), SuspendFailed);
-    EXPECT_EQ(ResumeThread(nullptr), SuspendFailed);
-    EXPECT_FALSE(platform::TerminateThread(nullptr, 1));
-    EXPECT_FALSE(SetThreadPriority(nullptr, 0));
-    EXPECT_FALSE(WaitForThread(nullptr, 0));
-    EXPECT_FALSE(CancelSynchronousIo(nullptr));
-    EXPECT_FALSE(CloseThread(nullptr));
-    EXPECT_EQ(DuplicateThread(nullptr), nullptr);
-    EXPECT_EQ(OpenThread(0), nullptr);
-    EXPECT_EQ(OpenThread(~0ULL), nullptr);
-    EXPECT_EQ(GetLastError(), ErrorInvalidParameter);
 }
 
 TEST(CancelSynchronousIo, EndsAHangingOpenWhereItMay) {
