@@ -28,36 +28,6 @@ protected:
     }
 };
 
-TEST_F(FileTypes, BuiltInTypesKnowWhoLoadsAndSavesThem) {
-    CFileExt type;
-    ASSERT_TRUE(fileGetExtensionInfo(FourCC("ZFIL"), type));
-    EXPECT_EQ(type.GetDescription(), u"ZEL - Z-Buffer files");
-    EXPECT_EQ(type.GetProperties(), 0x1000Bu);
-    EXPECT_EQ(type.GetLoader(), FileIdBuiltIn);
-    EXPECT_EQ(type.GetSaver(), FileIdBuiltIn);
-    EXPECT_EQ(fileGetLoader(u"a.rar"), FileIdUnknown);
-    EXPECT_EQ(fileGetSaver(u"a.bmp"), FileIdUnknown);
-    EXPECT_EQ(fileGetLoader(u"a.unheard"), 0u);
-    EXPECT_EQ(fileGetClass(u""), 0u);
-    EXPECT_EQ(fileGetMainExtension(FourCC("MPG4")), u".mpeg");
-    // Two rows share the class: the later record counts, and both extensions lead to it.
-    EXPECT_EQ(fileGetMainExtension(FourCC("MOV ")), u".flv");
-    EXPECT_EQ(fileGetClass(u"a.mov"), FourCC("MOV "));
-    EXPECT_EQ(fileGetMainExtension(Text(u"x\\a.mov")), u".flv");
-    EXPECT_EQ(fileGetMainExtension(Text(u"x\\a.unheard")), u"x\\a.unheard");
-}
-
-TEST_F(FileTypes, RegistrationPutsTheRecordInOrder) {
-    EXPECT_EQ(Register(u".JPG|.JPEG", FourCC("JPEG"), 0x10001).GetExtension(), u".jpg|.jpeg");
-    CFileExt const type = Register(u".jpeg|.jpg", FourCC("JPG2"), 0x10001);
-    EXPECT_EQ(type.GetExtension(), u".jpg|.jpeg");
-    EXPECT_EQ(type.GetDescription(), u"JPG - Test files");
-    EXPECT_EQ(Register(u".s3d", FourCC("S3D "), 0x40002).GetProperties(), 0x40082u);
-    CFileExt found;
-    EXPECT_TRUE(fileGetFileExt(u".JPEG", found));
-    EXPECT_EQ(found.GetClass(), FourCC("JPEG"));
-}
-
 TEST_F(FileTypes, AnEmptyExtensionListThrowsAndLeavesTheRegistryUsable) {
     for (char16_t const* list : {u"", u"|"}) {
         try {
@@ -69,13 +39,6 @@ TEST_F(FileTypes, AnEmptyExtensionListThrowsAndLeavesTheRegistryUsable) {
     }
     EXPECT_EQ(fileGetProperties(FourCC("EMPT")), 0u);
     std::thread([] { EXPECT_EQ(fileGetClass(u"a.bmp"), FourCC("BMP ")); }).join(); // the lock is free
-}
-
-TEST_F(FileTypes, ATypeThatComesAgainKeepsWhatItCouldDo) {
-    Register(u".bmp", FourCC("BMP "), 0x10002, FileIdUnknown, FileIdPlugin);
-    EXPECT_EQ(fileGetLoader(u"a.bmp"), FileIdBuiltIn);
-    EXPECT_EQ(fileGetSaver(u"a.bmp"), FileIdPlugin);
-    EXPECT_EQ(fileGetProperties(FourCC("BMP ")), 0x10013u);
 }
 
 TEST_F(FileTypes, ParsersOfAnExtensionHaveAnOrder) {
@@ -105,31 +68,6 @@ TEST_F(FileTypes, UnregisteringTakesAwayWhatItIsToldTo) {
     fileUnregisterFile(FourCC("ZIP "), 3);
     EXPECT_EQ(fileGetClass(u"a.zip"), 0u); // the other type of the extension cannot be reached by it either
     EXPECT_EQ(fileGetMainExtension(FourCC("ZIP3")), u".zip");
-}
-
-TEST_F(FileTypes, ListsAreFilteredAndSortedWithoutCase) {
-    unsigned int count = 0;
-    CFileExt* const bitmaps = fileGetRegisteredFiles(count, 0x10001);
-    ASSERT_GT(count, 5u);
-    for (unsigned int i = 0; i < count; ++i) {
-        EXPECT_TRUE(bitmaps[i].GetProperties() & 0x10000);
-        EXPECT_TRUE(bitmaps[i].GetProperties() & 5);
-        if (i > 0) {
-            EXPECT_LE(bitmaps[i - 1].GetDescription().CompareNoCase(bitmaps[i].GetDescription()), 0);
-        }
-    }
-    fileFreeRegisteredFiles(bitmaps, 0);
-    EXPECT_EQ(fileGetRegisteredFiles(count, 0x40000000), nullptr);
-    EXPECT_EQ(count, 0u);
-    fileFreeRegisteredFiles(nullptr, 0);
-
-    CXArray<Text> extensions(false);
-    extensions.Add(u"kept");
-    EXPECT_EQ(fileGetExtensionArrayByProperty(0x10040, extensions, true, false), 2);
-    EXPECT_EQ(extensions[1], u"*.zpic");
-    EXPECT_EQ(fileGetExtensionArray(FourCC("BMP "), extensions, false), 2);
-    EXPECT_EQ(extensions[1], u".dib");
-    EXPECT_EQ(fileGetExtensionArray(FourCC("none"), extensions, false), 0);
 }
 
 TEST_F(FileTypes, LookUpsByExtensionRunBesideRegistrations) {

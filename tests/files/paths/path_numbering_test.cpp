@@ -14,29 +14,6 @@ TEST(PathNumbering, CutsNamesButNotBelowEightNorTheExtension) {
     EXPECT_EQ(fileCutName(u"C:\\a\\abcdefghijkl.txt", 10), u"C:\\a\\abcdefgh.txt");
     EXPECT_EQ(fileCutName(u"C:\\a\\abcdefghijkl.txt", 13), u"C:\\a\\abcdefghi.txt");
     EXPECT_EQ(fileCutName(u"abc.verylongextension", 5), u"abc.verylongextension");
-    EXPECT_EQ(fileCutName(u"C:/a/abcdefghijkl.txt", 0), u"C:/a/abcdefghijkl.txt");
-}
-
-TEST(PathNumbering, RemovesTheNumberOfABareName) {
-    struct {
-        char16_t const* path;
-        int number;
-        char16_t const* rest;
-    } const rows[] = {
-        {u"img12", 12, u"img"},
-        {u"img (12)", 12, u"img "},
-        {u"123", 123, u"1"},              // the first character stays
-        {u"img12.tif", -1, u"img12.tif"}, // the extension stands in the way
-        {u"C:\\a\\img12", 12, u"C:\\a\\img12"},
-        {u"img(x)", -1, u"img(x)"},
-        {u"12)", 12, u"1"},
-        {u"", -1, u""},
-    };
-    for (auto const& row : rows) {
-        int number = 7;
-        EXPECT_EQ(fileRemoveNameDigitEnding(row.path, number), row.rest);
-        EXPECT_EQ(number, row.number) << testing::PrintToString(Text(row.path));
-    }
 }
 
 TEST(PathNumbering, RaisesTheNumber) {
@@ -48,8 +25,6 @@ TEST(PathNumbering, RaisesTheNumber) {
     } const rows[] = {
         {u"a.txt", true, 0, u"a(1).txt"},
         {u"ab.txt", true, 0, u"ab (1).txt"},
-        {u"ab (1).txt", true, 0, u"ab (2).txt"},
-        {u"ab9.txt", false, 0, u"ab10.txt"},
         {u"abcdef99.txt", false, 5, u"ab100.txt"},
         {u"abc.txt", false, 1, u"1.txt"},
         {u"abc.txt", true, 2, u" (1).txt"}, // the number is never cut

@@ -19,23 +19,9 @@ TEST(Wildcards, MatchesNames) {
         bool caseSensitive;
         bool isMatch;
     } const rows[] = {
-        {u"ABC", u"a*C", false, true},
-        {u"ABC", u"*a*c", false, false}, // without a first phase nothing ignores case
-        {u"ABC", u"a*c", false, false},
-        {u"ABC", u"a*C", true, false},
-        {u"a.tif", u"*.tif", true, true},
-        {u"a.tiff", u"*.tif", true, false},
-        {u"ab", u"?", true, false},
-        {u"", u"", true, true},
-        {u"", u"**", true, true},
-        {u"", u"?", true, false},
-        {u"abc", u"abc*", true, true},
-        {u"mississippi", u"m*iss*pi", true, true},
-        {u"mississippi", u"m*iss*z", true, false},
-        {u"a", u"*?*?", true, false},
-        {u"\x0141x", u"Ax", false, true}, // the low 8 bits of U+0141 are those of A
-        {u"\x0141x", u"Ax", true, false},
-        {u"\x0100", u"", false, false},
+        {u"ABC", u"a*C", false, true},    {u"ABC", u"*a*c", false, false}, // without a first phase nothing ignores case
+        {u"ABC", u"a*c", false, false},   {u"\x0141x", u"Ax", false, true}, // the low 8 bits of U+0141 are those of A
+        {u"\x0141x", u"Ax", true, false}, {u"\x0100", u"", false, false},
     };
     for (auto const& row : rows) {
         EXPECT_EQ(fileMatchWilcards(row.name, row.pattern, row.caseSensitive), row.isMatch)
@@ -77,18 +63,6 @@ TEST(Wildcards, AgreesWithTheObviousDefinition) {
     EXPECT_GT(matches, 500);
 }
 
-TEST(Wildcards, TableMatchesAnyOfItsPatterns) {
-    CHashTable<Text> table;
-    EXPECT_FALSE(fileMatchWilcards(u"a.tif", table));
-    Text list = u"TIF;jpg";
-    EXPECT_EQ(fileGetHashFromExtensionList(list, table, true), 2);
-    EXPECT_TRUE(fileMatchWilcards(u"Wood.JPG", table));
-    EXPECT_FALSE(fileMatchWilcards(u"Wood.png", table));
-    list = u"png";
-    EXPECT_EQ(fileGetHashFromExtensionList(list, table, true), 1);
-    EXPECT_FALSE(fileMatchWilcards(u"Wood.JPG", table)); // the table was emptied
-}
-
 TEST(ExtensionLists, AreCleaned) {
     struct {
         char16_t const* list;
@@ -99,11 +73,8 @@ TEST(ExtensionLists, AreCleaned) {
         {u"abc", false, u"*abc*"},
         {u"a?c *.x", false, u"a?c **.x*"},
         {u"\"Two Words\" x", false, u"two words *x*"},
-        {u"\"open x", false, u"open *x*"}, // without a closing quote the word alone is literal
         {u"\"\" \"", false, u""},
-        {u"a\" b", false, u"a *b*"},
         {u"x\x3000y\x00A0z", true, u"*.x *.y *.z"}, // wide and no-break spaces separate
-        {u"", true, u""},
     };
     for (auto const& row : rows) {
         Text const clean = fileCleanExtensionList(row.list, row.extensions, nullptr);
