@@ -4,7 +4,6 @@
 #include "zeltools/process/application_lock_private.h"
 #include "zeltools/process/application_state_private.h"
 #include "zeltools/process/thread_registry.h"
-#include "zeltools/process/win_custom_thread.h"
 #include "zeltools/process/xsingle_lock.h"
 
 #include <algorithm>
@@ -13,7 +12,6 @@
 #include <csignal>
 #include <future>
 #include <gtest/gtest.h>
-#include <memory>
 #include <thread>
 #include <vector>
 
@@ -63,27 +61,6 @@ class CustomThreads : public testing::Test {
 protected:
     ~CustomThreads() override { ApplicationCloseStarted = false; }
 };
-
-TEST_F(CustomThreads, AreCountedFromConstructionToDestruction) {
-    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U);
-    {
-        Worker const one;
-        CCustomThread const two([](void*) { return true; }, nullptr);
-        EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 2U);
-    }
-    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U);
-}
-
-TEST_F(CustomThreads, StopThreadReachesOneOnly) {
-    Worker one;
-    Worker other;
-    CXThread::BeginThread(&one);
-    one.StopThread();
-    WaitUntil([&] { return one.IsTerminated(); });
-    EXPECT_FALSE(one.sawCancel); // no flag of the registry
-    EXPECT_FALSE(other.MustTerminate());
-    EXPECT_FALSE(CCustomThread::ThreadsMustTerminate());
-}
 
 TEST_F(CustomThreads, EndIsAskedOfRunningSuspendedAndUnstartedOnes) {
     Worker running;
@@ -226,14 +203,6 @@ TEST_F(CustomThreads, ThreadThatCannotBeKilledIsNotTerminated) {
     EXPECT_FALSE(thread->IsTerminated());
     EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0U); // nothing waits for it any more
     letGo = true;
-}
-
-TEST(CWinCustomThread, InitOleKeepsItsState) {
-    CWinCustomThread thread(true);
-    EXPECT_TRUE(thread.InitOle(true));
-    EXPECT_TRUE(thread.InitOle(true));
-    EXPECT_TRUE(thread.InitOle(false));
-    EXPECT_TRUE(thread.IsKindOf(CCustomThread::GetThisRuntimeClassDescriptor()));
 }
 
 } // namespace

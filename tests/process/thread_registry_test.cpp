@@ -4,7 +4,6 @@
 #include "zeltools/process/thread_registry_private.h"
 #include "zeltools/process/xthread.h"
 
-#include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <thread>
@@ -22,12 +21,11 @@ struct FlagFunctions {
     char const* name;
     void (*set)(bool, unsigned long long);
     bool (*ask)(unsigned long long);
-    void (*setOther)(bool, unsigned long long);
 };
 
 FlagFunctions const flagFunctions[] = {
-    {"Cancel", &SetCancelThread, &ShouldCancelThread, &SetSilentThread},
-    {"Silent", &SetSilentThread, &IsSilentThread, &SetCancelThread},
+    {"Cancel", &SetCancelThread, &ShouldCancelThread},
+    {"Silent", &SetSilentThread, &IsSilentThread},
 };
 
 class ThreadFlag : public testing::TestWithParam<FlagFunctions> {
@@ -53,16 +51,6 @@ TEST_P(ThreadFlag, CoversDescendantsUntilCleared) {
     EXPECT_FALSE(Ask(1001));
 }
 
-TEST_P(ThreadFlag, GoesUpOnly) {
-    AttachThread(1002, 1001);
-    Set(true, 1002);
-    EXPECT_FALSE(Ask(1001));
-    AttachThread(1002, 1004); // a new parent replaces the old one
-    Set(true, 1001);
-    Set(false, 1002);
-    EXPECT_FALSE(Ask(1002));
-}
-
 TEST_P(ThreadFlag, ZeroIsTheCaller) {
     Set(true, 0);
     EXPECT_TRUE(Ask(0));
@@ -73,14 +61,6 @@ TEST_P(ThreadFlag, ZeroIsTheCaller) {
     }).join();
     Set(false, CXThread::GetCurrentThreadID());
     EXPECT_FALSE(Ask(0));
-}
-
-TEST_P(ThreadFlag, IsItsOwn) {
-    GetParam().setOther(true, 1001);
-    EXPECT_FALSE(Ask(1001));
-    Set(true, 1001);
-    GetParam().setOther(false, 1001);
-    EXPECT_TRUE(Ask(1001));
 }
 
 TEST_P(ThreadFlag, AskingEndsOnACircle) {
@@ -104,26 +84,6 @@ TEST_P(ThreadFlag, LongChainIsWalkedToItsEnd) {
 
 INSTANTIATE_TEST_SUITE_P(Each, ThreadFlag, testing::ValuesIn(flagFunctions),
                          [](auto const& row) { return row.param.name; });
-
-TEST_F(ThreadRegistry, ChildrenAreTheDirectOnes) {
-    CXArray<unsigned long long> children;
-    children.Add(9);
-    EXPECT_EQ(GetChildThreads(1001, children), 0);
-    EXPECT_EQ(children.GetSize(), 0);
-    AttachThread(5, 5); // no thread is its own parent
-    for (unsigned long long child = 2000; child < 2100; ++child) {
-        AttachThread(child, 1001);
-        AttachThread(child + 1000, child);
-    }
-    DetachThread(2050);
-    ASSERT_EQ(GetChildThreads(1001, children), 99);
-    std::vector<unsigned long long> sorted(children.begin(), children.end());
-    std::ranges::sort(sorted);
-    EXPECT_EQ(sorted.front(), 2000U);
-    EXPECT_EQ(sorted[50], 2051U);
-    EXPECT_EQ(sorted.back(), 2099U);
-    EXPECT_EQ(GetChildThreads(5, children), 0);
-}
 
 TEST_F(ThreadRegistry, ManyThreadsSetAskAndDeleteAtOnce) {
     std::atomic<bool> stop{false};

@@ -35,16 +35,6 @@ TEST_F(WorkerCount, StaysBetweenOneAndAllButOne) {
     }
 }
 
-TEST_F(WorkerCount, ChunksAreA24thOfAWorkersShare) {
-    omp_set_num_threads(8);
-    OMPSetMaxThreadCount(4);
-    EXPECT_EQ(OMPGetScheduleChunkSize(960), 10U); // 960 / (4 * 24)
-    EXPECT_EQ(OMPGetScheduleChunkSize(959), 9U);
-    EXPECT_EQ(OMPGetScheduleChunkSize(10), 1U);
-    EXPECT_EQ(OMPGetScheduleChunkSize(0), 1U);
-    EXPECT_EQ(OMPGetScheduleChunkSize(0xFFFFFFFF), 0xFFFFFFFF / 96);
-}
-
 std::string callOrder;
 
 TEST_F(WorkerCount, CallsListenersInOrderAndThoseAddedMeanwhile) {

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <gtest/gtest.h>
 #include <memory>
-#include <semaphore>
 #include <string>
 
 namespace {
@@ -117,20 +116,6 @@ TEST(CXThread, FailedStartsLeaveNothingAndDeleteNothing) {
     EXPECT_EQ(Recorder::alive, 1);
     EXPECT_FALSE(thread.IsValidThread());
     EXPECT_EQ(CXThread::BeginThread(&thread), &thread); // a failed start is none
-    WaitUntil([&] { return thread.IsTerminated(); });
-}
-
-TEST(CXThread, SuspendedStartWaitsForResume) {
-    Recorder thread(true);
-    CXThread::BeginThread(&thread, xThreadPriorityBelowNormal, BeginThreadSuspended);
-    EXPECT_TRUE(thread.IsSuspended());
-    EXPECT_EQ(thread.calls, "");
-    EXPECT_EQ(thread.GetThreadPriority(), xThreadPriorityBelowNormal);
-    EXPECT_FALSE(thread.SetThreadPriority(static_cast<xThreadPriority>(6)));
-    EXPECT_TRUE(thread.SetThreadPriority(xThreadPriorityLowest));
-    EXPECT_EQ(thread.GetThreadPriority(), xThreadPriorityLowest);
-    EXPECT_TRUE(thread.ResumeThread());
-    EXPECT_FALSE(thread.IsSuspended());
     WaitUntil([&] { return thread.IsTerminated(); });
 }
 
