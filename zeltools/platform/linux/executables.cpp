@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Formats: the ELF specification (System V ABI, chapters 4 and 5) and Microsoft's "PE Format".
+// Formats: ELF (System V ABI, chapters 4 and 5) and Microsoft's "PE Format".
 
 #include "zeltools/platform/executables.h"
 

@@ -99,9 +99,9 @@ void ReadServerForm(Mount& mount) {
 }
 
 /// The value of `key=` in a gvfs folder name such as "smb-share:server=nas,share=my%20pictures".
-std::string GvfsValue(std::string_view specification, std::string_view key) {
-    specification.remove_prefix(std::min(specification.find(':') + 1, specification.size()));
-    for (std::string_view field = CutField(specification, ","); !field.empty(); field = CutField(specification, ",")) {
+std::string GvfsValue(std::string_view mountName, std::string_view key) {
+    mountName.remove_prefix(std::min(mountName.find(':') + 1, mountName.size()));
+    for (std::string_view field = CutField(mountName, ","); !field.empty(); field = CutField(mountName, ",")) {
         if (field.substr(0, key.size()) == key && field.substr(key.size(), 1) == "=") {
             return Unescape(field.substr(key.size() + 1), '%', 2, 16);
         }

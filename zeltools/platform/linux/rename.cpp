@@ -24,11 +24,11 @@ bool RenameOverPlaceholder(std::string const& from, std::string const& to, bool 
             return false;
         }
     } else {
-        int const placeholder = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-        if (placeholder < 0) {
+        int const reserved = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (reserved < 0) {
             return false;
         }
-        close(placeholder);
+        close(reserved);
     }
     if (rename(from.c_str(), to.c_str()) == 0) {
         return true;
