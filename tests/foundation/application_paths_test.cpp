@@ -93,18 +93,18 @@ TEST_F(Application, CommonFolderThatCannotBeWrittenGivesWayToTheUsers) {
 }
 
 TEST_F(Application, FileComesFromTheLatestOfThreeVersionsBefore) {
-    Name(u"Catalogue", 13);
-    Wide const wanted(Below("app 13/a.prefs").c_str());
-    folder.Write("app 13/other");
-    folder.Write("app 9/a.prefs", "nine");
+    Name(u"Catalogue", 900013); // too long to stand in the random name of the folder, where it would be replaced too
+    Wide const wanted(Below("app 900013/a.prefs").c_str());
+    folder.Write("app 900013/other");
+    folder.Write("app 900009/a.prefs", "nine");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted)); // four versions back
-    folder.Write("app 10/a.prefs", "ten");
-    folder.Write("app 12/a.prefs", "twelve");
+    folder.Write("app 900010/a.prefs", "ten");
+    folder.Write("app 900012/a.prefs", "twelve");
     EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(wanted));
-    EXPECT_EQ(folder.Read("app 13/a.prefs"), "twelve");
-    folder.Write("app 13/a.prefs", "mine");
+    EXPECT_EQ(folder.Read("app 900013/a.prefs"), "twelve");
+    folder.Write("app 900013/a.prefs", "mine");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted));
-    EXPECT_EQ(folder.Read("app 13/a.prefs"), "mine");
+    EXPECT_EQ(folder.Read("app 900013/a.prefs"), "mine");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(Wide(u"\\nowhere\\a.prefs"))); // holds no version
 }
 
