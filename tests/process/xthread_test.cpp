@@ -64,7 +64,8 @@ TEST(CXThread, CallsStartRunFinish) {
         WaitUntil([&] { return thread.IsTerminated(); });
         EXPECT_EQ(thread.calls, startAnswer ? "SRF" : "SF");
         EXPECT_EQ(CXThread::BeginThread(&thread), nullptr); // once in its life
-        EXPECT_FALSE(thread.ResumeThread());
+        // The object is told of the end a moment before the system's thread is gone.
+        WaitUntil([&] { return !thread.ResumeThread(); });
         EXPECT_FALSE(thread.SuspendThread());
         EXPECT_FALSE(thread.IsSuspended());
     }
