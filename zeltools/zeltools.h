@@ -54,6 +54,7 @@
 #include <zeltools/foundation/int_map.h>
 #include <zeltools/foundation/invalid_arg.h>
 #include <zeltools/foundation/length_units.h>
+#include <zeltools/foundation/log_file.h>
 #include <zeltools/foundation/next_prime.h>
 #include <zeltools/foundation/open_addressing.h>
 #include <zeltools/foundation/product_information.h>
