@@ -88,6 +88,12 @@
 #include <zeltools/foundation/xsize.h>
 #include <zeltools/foundation/xstring.h>
 #include <zeltools/foundation/xtime.h>
+#include <zeltools/persistence/custom_data_mem_file.h>
+#include <zeltools/persistence/custom_mem_file.h>
+#include <zeltools/persistence/file_hook.h>
+#include <zeltools/persistence/framework_file.h>
+#include <zeltools/persistence/xfile.h>
+#include <zeltools/persistence/xmem_file.h>
 #include <zeltools/platform/system_records.h>
 #include <zeltools/process/custom_thread.h>
 #include <zeltools/process/thread_registry.h>

@@ -38,6 +38,9 @@ public:
 
     CXFileException() = default;
     CXFileException(FileExceptionType type, CXTString<char16_t> const& name) : cause(type), fileName(name) {}
+    /// The same with a text for the base's message.
+    CXFileException(FileExceptionType type, CXTString<char16_t> const& name, CXTString<char16_t> const& text)
+        : CXException(text), cause(type), fileName(name) {}
 
     FileExceptionType cause = none;
     CXTString<char16_t> fileName;
