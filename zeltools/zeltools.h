@@ -38,6 +38,7 @@
 #include <zeltools/foundation/application_path.h>
 #include <zeltools/foundation/application_preferences.h>
 #include <zeltools/foundation/application_product_name.h>
+#include <zeltools/foundation/array_storage.h>
 #include <zeltools/foundation/block_movable.h>
 #include <zeltools/foundation/block_storage.h>
 #include <zeltools/foundation/characters.h>
@@ -92,6 +93,7 @@
 #include <zeltools/persistence/custom_mem_file.h>
 #include <zeltools/persistence/file_hook.h>
 #include <zeltools/persistence/framework_file.h>
+#include <zeltools/persistence/xarchive.h>
 #include <zeltools/persistence/xfile.h>
 #include <zeltools/persistence/xmem_file.h>
 #include <zeltools/platform/system_records.h>

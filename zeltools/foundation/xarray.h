@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/array_storage.h"
 #include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/block_storage.h"
 #include "zeltools/foundation/invalid_arg.h"
@@ -28,8 +29,6 @@
 ///
 /// What invalidates a pointer or reference to an element: whatever changes size or capacity. The arguments of a call
 /// may be elements of the array itself.
-///
-/// Serialize is the inherited one and stores nothing.
 ///
 /// Threads: one at a time; const calls from any thread while nobody changes the array.
 /// Errors:  CXInvalidArgException for an index or count that makes no sense or for a size beyond 2^31 - 1,
@@ -142,6 +141,12 @@ public:
     /// Removes the elements that are equal to a value, or only the first one.
     /// @return whether there was any.
     bool Remove(ARG value, bool firstOnly = false);
+
+    /// Stores the count and the elements, or takes over those of a loading archive. Elements with a Serialize of their
+    /// own and strings go one by one, other trivially copyable ones as a block of bytes.
+    /// Errors:  CXInvalidArgException for elements that are none of these, for pointers, and for a stored count beyond
+    ///          2^31 - 1; those of the archive. The array then holds what was read, and is good for use.
+    void Serialize(CXArchive& archive) override;
 
 protected:
     T* data = nullptr;     ///< the elements, null while nothing is allocated
@@ -374,6 +379,25 @@ bool CXArray<T, ARG>::Remove(ARG value, bool firstOnly) {
     T* const last = std::remove_if(first, end(), [&copy](T const& element) { return element == copy; });
     Truncate(static_cast<int>(last - data));
     return true;
+}
+
+template <class T, class ARG>
+void CXArray<T, ARG>::Serialize(CXArchive& archive) {
+    if constexpr (std::is_default_constructible_v<T> && (detail::SerializableElement<T> || detail::PlainElement<T>)) {
+        detail::ArrayAccess access{this, data, size, sizeof(T), nullptr, nullptr};
+        access.setSize = [](void* array, int newSize) -> void* {
+            auto& self = *static_cast<CXArray*>(array);
+            self.SetSize(newSize);
+            return self.data;
+        };
+        if constexpr (detail::SerializableElement<T>)
+            access.serializeElement = [](CXArchive& stream, void* element) {
+                detail::SerializeElement(stream, *static_cast<T*>(element));
+            };
+        detail::SerializeArray(archive, access);
+    } else {
+        detail::ThrowInvalidArg();
+    }
 }
 
 /// The capacity that the growth rule gives an array which must hold more than its capacity.

@@ -11,10 +11,19 @@
 
 #include "zeltools/foundation/api.h"
 
+class CXArchive;
 class CXObject;
+
+/// The part of CXRuntimeClass::schema that is the number. An archive stores 16 bits of it, so no class has a larger
+/// one.
+inline constexpr unsigned int RuntimeClassSchemaMask = 0x00FFFFFF;
 
 /// Set in CXRuntimeClass::schema: the class is not serializable.
 inline constexpr unsigned int RuntimeClassNotSerializable = 0x10000000;
+
+/// Set in CXRuntimeClass::schema: the class reads objects of any stored schema, and asks the archive for it in
+/// Serialize.
+inline constexpr unsigned int RuntimeClassVersionable = 0x20000000;
 
 /// The constant record of one class. It lives as long as the module that defines the class.
 ///
@@ -22,7 +31,7 @@ inline constexpr unsigned int RuntimeClassNotSerializable = 0x10000000;
 struct CXRuntimeClass {
     char const* className;           ///< The class's name, as it is stored in archives.
     unsigned int objectSize;         ///< Bytes of an instance.
-    unsigned int schema;             ///< Low 16 bits: the schema number; bit 28: RuntimeClassNotSerializable.
+    unsigned int schema;             ///< The schema number, and the two bits above.
     CXRuntimeClass const* baseClass; ///< The base's record; null for CXObject.
     CXObject* (*createObject)();     ///< Makes a new instance; null for a class that cannot be created by name.
     char const* baseClassName;       ///< The base's name; null for CXObject.
@@ -44,4 +53,14 @@ struct CXRuntimeClass {
     /// @return false for null or a record without a name.
     /// Threads: any.
     ZEL_API static bool DeclareRuntimeClass(CXRuntimeClass const* record);
+
+    /// Writes the schema's low 16 bits and the name. An archive's WriteClass does this once a stream.
+    /// Errors:  those of the archive; CXInvalidArgException for a name of more than 319 characters.
+    ZEL_API void Save(CXArchive& archive) const;
+
+    /// Reads what Save wrote and looks the name up among the declared classes.
+    /// @param schema  Receives the stored schema.
+    /// @return null for a name that is not declared, and for one of more than 319 characters, which is not read.
+    /// Errors:  CXArchiveException: archiveIsStoring, endOfFile.
+    ZEL_API static CXRuntimeClass const* Load(CXArchive& archive, unsigned int& schema);
 };

@@ -12,6 +12,7 @@
 #pragma once
 
 #include "zeltools/foundation/api.h"
+#include "zeltools/foundation/block_movable.h"
 #include "zeltools/foundation/xduration.h"
 #include "zeltools/foundation/xstring.h"
 #include "zeltools/platform/system_records.h"
@@ -19,6 +20,8 @@
 #include <compare>
 #include <concepts>
 #include <ctime>
+
+class CXArchive;
 
 /// Seconds since 1970-01-01 00:00:00 UTC in 64 bits, before and after; 0 is the empty time. Sums stop at the ends.
 ///
@@ -50,6 +53,10 @@ public:
 
     /// The seconds since 1970 UTC.
     long long GetTime() const { return seconds; }
+
+    /// Writes the seconds to a storing archive, 8 bytes, or reads them from a loading one.
+    /// Errors:  those of the archive; the time then stays.
+    virtual void Serialize(CXArchive& archive);
 
     // ---- Parts, in local time ----
 
@@ -98,6 +105,9 @@ public:
 private:
     long long seconds = 0;
 };
+
+template <>
+inline constexpr bool xIsBlockMovable<CXTime> = true;
 
 /// Takes a broken-down date in local time. Milliseconds and weekday are not looked at; a year below 1900 gives 0.
 /// @param isDst  As in the constructor of CXTime.
