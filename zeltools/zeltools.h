@@ -89,6 +89,9 @@
 #include <zeltools/foundation/xsize.h>
 #include <zeltools/foundation/xstring.h>
 #include <zeltools/foundation/xtime.h>
+#include <zeltools/persistence/custom_data.h>
+#include <zeltools/persistence/custom_data_class.h>
+#include <zeltools/persistence/custom_data_kinds.h>
 #include <zeltools/persistence/custom_data_mem_file.h>
 #include <zeltools/persistence/custom_mem_file.h>
 #include <zeltools/persistence/file_hook.h>
