@@ -101,6 +101,11 @@
 #include <zeltools/persistence/xmem_file.h>
 #include <zeltools/platform/system_records.h>
 #include <zeltools/process/custom_thread.h>
+#include <zeltools/process/progress_callbacks.h>
+#include <zeltools/process/progress_dlg.h>
+#include <zeltools/process/progress_ranges.h>
+#include <zeltools/process/progress_text.h>
+#include <zeltools/process/search_file_info.h>
 #include <zeltools/process/thread_registry.h>
 #include <zeltools/process/win_custom_thread.h>
 #include <zeltools/process/worker_count.h>
