@@ -6,12 +6,14 @@
 #include "zeltools/foundation/application_product_name.h"
 #include "zeltools/foundation/exit_callbacks_private.h"
 #include "zeltools/foundation/fault_handlers_private.h"
+#include "zeltools/foundation/log_file_private.h"
 #include "zeltools/foundation/xruntime_class_private.h"
 #include "zeltools/platform/modules.h"
 #include "zeltools/platform/threads.h"
 #include "zeltools/process/application_state_private.h"
 #include "zeltools/process/custom_thread.h"
 #include "zeltools/process/thread_registry_private.h"
+#include "zeltools/process/worker_count.h"
 #include "zeltools/process/worker_count_private.h"
 
 #include <atomic>
@@ -22,9 +24,15 @@ std::atomic<bool> applicationInitialised;
 std::atomic<int> zelToolsUseCount;
 
 /// The steps of a first start, in their order: each may rely on the ones before.
-void Start(char16_t const* applicationPath, unsigned int flags) {
+void Start(char16_t const* applicationPath, unsigned int flags, char16_t const* logFile) {
     ApplicationMainThreadId.store(platform::GetCurrentThreadId());
     detail::SetWorkerCountFromProcessors();
+    if (logFile) {
+        SetLogFile(logFile, LogFileModeReplace, LogLevelThreshold);
+    }
+    detail::TraceToLog(u"InitQuenbyApplication\n%d core will be used by default (use OMPSetMaxThreadCount, or define "
+                       u"OMP_NUM_THREADS under linux, to change the behavior)\n",
+                       static_cast<int>(OMPGetMaxThreadCount(true)));
     if (applicationPath) {
         SetApplicationPath(applicationPath);
     }
@@ -41,16 +49,16 @@ void Start(char16_t const* applicationPath, unsigned int flags) {
 
 } // namespace
 
-void InitQuenbyApplication(char const*, char16_t const* applicationPath, unsigned int flags, char16_t const*) {
+void InitQuenbyApplication(char const*, char16_t const* applicationPath, unsigned int flags, char16_t const* logFile) {
     if (!applicationInitialised.exchange(true)) {
-        Start(applicationPath, flags);
+        Start(applicationPath, flags, logFile);
     }
 }
 
 void InitZelTools(unsigned int) {
     // The messages are part of the library itself, so they are always on the chain and its flag asks for nothing more.
     if (++zelToolsUseCount == 1 && !applicationInitialised.exchange(true)) {
-        Start(nullptr, AppInitFileTypes | AppInitSignals | AppInitInvalidParameter);
+        Start(nullptr, AppInitFileTypes | AppInitSignals | AppInitInvalidParameter, nullptr);
     }
 }
 
@@ -83,6 +91,7 @@ void CloseQuenbyApplication(unsigned int flags) {
     if (flags & AppCloseFileTypes) {
         CRegisteredFile::Free();
     }
+    CloseLogFile(); // what an exit callback traces reaches only a log callback
     detail::RunExitCallbacks();
     if (flags & AppCloseFreeTables) {
         detail::DeleteExitCallbackTable();

@@ -34,12 +34,13 @@ enum ZelToolsInitFlags : unsigned int {
     ZelToolsChainResources = 0x100,
 };
 
-/// Starts the toolkit. A second call does nothing, whatever its arguments.
+/// Starts the toolkit: main thread, worker count, log, application path, then what the flags ask for. A second call
+/// does nothing, whatever its arguments.
 ///
 /// @param name             Not looked at.
 /// @param applicationPath  Given to SetApplicationPath, or null for the running program's own path.
 /// @param flags            AppInitFlags.
-/// @param logFile          Where a host wants its log, or null for none; this release writes none.
+/// @param logFile          Given to SetLogFile, which empties it and writes every level; null for no log.
 ZEL_API void InitQuenbyApplication(char const* name, char16_t const* applicationPath, unsigned int flags,
                                    char16_t const* logFile);
 
@@ -55,8 +56,9 @@ ZEL_API void CloseZelTools(unsigned int unused);
 /// the exit callbacks of the priority ExitCallbackBeforeClose.
 ZEL_API void BeforeCloseQuenbyApplication();
 
-/// Ends the toolkit: handlers, file types, exit callbacks (lowest priority first), tables. Nothing when not started.
-/// The cached locations on disk survive, so that a second start sees the old ones.
+/// Ends the toolkit: handlers, file types, log, exit callbacks (lowest priority first), tables. Nothing when not
+/// started. The cached locations on disk survive, so that a second start sees the old ones. The log ends before the
+/// exit callbacks run: what these trace reaches only a log callback.
 ///
 /// The application lock is held while the exit callbacks run: one must not wait for a thread that needs it.
 /// @param flags  AppCloseFlags.
