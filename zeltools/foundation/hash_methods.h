@@ -92,24 +92,28 @@ template <class T>
 struct CHashMethods<CXTString<T>> {
     static unsigned int Hash(CXTString<T> const& key) {
         T const* text = static_cast<T const*>(key);
-        return HashText(text, text ? static_cast<std::size_t>(key.GetLength()) : 0);
+        return HashText(text, text ? LengthOf(key) : 0);
     }
 
     static bool IsEqual(CXTString<T> const& a, CXTString<T> const& b) {
         T const* x = static_cast<T const*>(a);
         T const* y = static_cast<T const*>(b);
-        bool const sameLength = a.GetLength() == b.GetLength();
+        bool const sameLength = LengthOf(a) == LengthOf(b);
         // A detached string has a null buffer and may still have a length.
         if (!x || !y)
             return sameLength;
         // Equal content is equal text, and this is the fast answer to nearly every hit.
-        if (sameLength && std::memcmp(x, y, static_cast<std::size_t>(a.GetLength()) * sizeof(T)) == 0)
+        if (sameLength && std::memcmp(x, y, LengthOf(a) * sizeof(T)) == 0)
             return true;
         for (; *x == *y; ++x, ++y)
             if (*x == T())
                 return true;
         return false;
     }
+
+private:
+    /// GetLength is negative beyond an int. Taken unsigned it never tells of more characters than there are.
+    static std::size_t LengthOf(CXTString<T> const& key) { return static_cast<unsigned int>(key.GetLength()); }
 };
 
 /// The lower-cased string hashes and compares as the wide string that it is.
