@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "zeltools/foundation/instanciated_object.h"
+#include "zeltools/foundation/scoped_values.h"
 #include "zeltools/foundation/shared_object.h"
 
 #include <cstring>
@@ -6,6 +8,43 @@
 #include <limits>
 
 namespace {
+
+class CCounted : public CInstanciatedObject {
+public:
+    explicit CCounted(bool* gone) : isGone(gone) {}
+
+private:
+    ~CCounted() override { *isGone = true; }
+    bool* isGone;
+};
+
+TEST(InstanciatedObject, OnlyTheLastOwnerDeletes) {
+    bool gone = false;
+    auto* const object = new CCounted(&gone);
+    EXPECT_EQ(object->AddRef(), 2);
+    EXPECT_FALSE(object->Delete());
+    EXPECT_EQ(object->GetRefCount(), 1);
+    ASSERT_FALSE(gone);
+    EXPECT_TRUE(DeleteMe(object));
+    EXPECT_TRUE(gone);
+    EXPECT_TRUE(DeleteMe(nullptr));
+}
+
+TEST(ScopedValues, ComeBackWhenAnExceptionLeavesTheScope) {
+    int depth = 5;
+    bool reset = false, inverted = true;
+    try {
+        CPopValue const inside(&depth);
+        CBoolReset const restore(&reset, true);
+        CBoolSwitch const other(&inverted);
+        EXPECT_EQ(depth, 6);
+        EXPECT_FALSE(reset || inverted);
+        throw 0;
+    } catch (int) {
+    }
+    EXPECT_EQ(depth, 5);
+    EXPECT_TRUE(reset && inverted);
+}
 
 struct Item {
     unsigned short size;

@@ -4,8 +4,11 @@
 #include "tests/support/printers.h"
 #include "zeltools/foundation/xlc_string.h"
 #include "zeltools/platform/code_pages.h"
+#include "zeltools/platform/system_string.h"
 
 #include <clocale>
+#include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -60,6 +63,21 @@ TEST_F(StringConversion, ConvertsBothWaysInEveryEncoding) {
     EXPECT_EQ(narrow, "???");
     EXPECT_TRUE(XFASTCW2A(narrow, u"a\xD800", xEncodingUtf8));
     EXPECT_EQ(narrow, "a\xEF\xBF\xBD");
+}
+
+TEST_F(StringConversion, SystemStringsHaveTheirByteCountInFront) {
+    XCA2BSTR const narrow("\xE9t\xE9");
+    std::uint32_t bytes = 0;
+    std::memcpy(&bytes, reinterpret_cast<char const*>(static_cast<char16_t*>(narrow)) - 4, 4);
+    EXPECT_EQ(bytes, 6u);
+    EXPECT_EQ(std::u16string(narrow), u"\u00E9t\u00E9");
+    EXPECT_EQ(platform::SysStringLen(narrow), 3u);
+    XCW2BSTR const empty(u"");
+    ASSERT_NE(static_cast<char16_t*>(empty), nullptr); // other than for no text at all
+    EXPECT_EQ(platform::SysStringLen(empty), 0u);
+    EXPECT_EQ(static_cast<char16_t*>(XCW2BSTR(nullptr)), nullptr);
+    EXPECT_EQ(static_cast<char16_t*>(XCA2BSTR(nullptr)), nullptr);
+    EXPECT_EQ(platform::SysStringLen(nullptr), 0u);
 }
 
 TEST(ExLCString, LowersWhatItTakesAndWhatItSeeks) {

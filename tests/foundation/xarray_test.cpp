@@ -70,6 +70,37 @@ bool ThrowsInvalidArg(std::function<void()> const& call) {
     return false;
 }
 
+TEST(CXArray, GrowsByItsRule) {
+    struct {
+        char const* name;
+        int growBy;
+        std::vector<int> sizes, capacities; // the capacity after each size
+    } const rows[] = {
+        {"a quarter, at least 4", 0, {1, 2, 6, 10}, {1, 5, 9, 13}},
+        {"a quarter of the size, not of the capacity", 0, {100, 101, 126, 151}, {100, 125, 150, 181}},
+        {"a quarter, at most 1024", 0, {10000, 10001, 11025}, {10000, 11024, 12048}},
+        {"doubling", -2, {3, 4, 7, 13}, {3, 6, 12, 24}},
+        {"a step, the first allocation too", 10, {1, 10, 11, 21}, {10, 10, 20, 30}},
+        {"what the rule gives is too little", 4, {4, 100}, {4, 100}},
+    };
+    for (auto const& row : rows) {
+        SCOPED_TRACE(row.name);
+        OpenArray<short> array;
+        array.SetSize(row.sizes[0], row.growBy); // which the later calls keep
+        for (std::size_t i = 0; i < row.sizes.size(); ++i) {
+            array.SetSize(row.sizes[i]);
+            EXPECT_EQ(array.capacity, row.capacities[i]) << row.sizes[i];
+        }
+        array.SetSize(0);
+        EXPECT_EQ(array.capacity, row.capacities.back());
+        array.RemoveAll(true);
+        array.SetSize(row.sizes[0]); // the rule outlives the memory
+        EXPECT_EQ(array.capacity, row.capacities[0]);
+        array.SetSize(0, 0);
+        EXPECT_EQ(array.capacity, 0);
+    }
+}
+
 TEST(CXArray, MisuseThrowsAndChangesNothing) {
     OpenArray<int> array = {1, 2, 3};
     std::vector<std::pair<char const*, std::function<void()>>> const rows = {
