@@ -72,6 +72,7 @@
 #include <zeltools/foundation/thread_exceptions.h>
 #include <zeltools/foundation/thread_language.h>
 #include <zeltools/foundation/unicode_conversion.h>
+#include <zeltools/foundation/win_app.h>
 #include <zeltools/foundation/xapp.h>
 #include <zeltools/foundation/xarchive_exception.h>
 #include <zeltools/foundation/xarray.h>
@@ -96,9 +97,13 @@
 #include <zeltools/persistence/custom_mem_file.h>
 #include <zeltools/persistence/file_hook.h>
 #include <zeltools/persistence/framework_file.h>
+#include <zeltools/persistence/profile.h>
+#include <zeltools/persistence/reg_util.h>
+#include <zeltools/persistence/registry_name.h>
 #include <zeltools/persistence/xarchive.h>
 #include <zeltools/persistence/xfile.h>
 #include <zeltools/persistence/xmem_file.h>
+#include <zeltools/platform/registry_types.h>
 #include <zeltools/platform/system_records.h>
 #include <zeltools/process/custom_thread.h>
 #include <zeltools/process/progress_callbacks.h>

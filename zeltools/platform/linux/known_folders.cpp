@@ -39,20 +39,27 @@ std::string GetHomeFolder() {
     return home;
 }
 
-std::string GetUserDataFolder() {
-    std::string const folder = GetFolderVariable("XDG_DATA_HOME");
+std::string GetUserFolder(char const* variable, char const* belowHome) {
+    std::string const folder = GetFolderVariable(variable);
     std::string const home = folder.empty() ? GetHomeFolder() : std::string{};
-    return home.empty() ? folder : (home == "/" ? "" : home) + "/.local/share";
+    return home.empty() ? folder : (home == "/" ? "" : home) + belowHome;
 }
 
 } // namespace
 
-std::u16string SHGetKnownFolderPath(KnownFolder folder) {
+std::string GetNativeKnownFolder(KnownFolder folder) {
     if (folder == KnownFolder::LocalAppData) {
-        return FromNativePath(GetUserDataFolder());
+        return GetUserFolder("XDG_DATA_HOME", "/.local/share");
+    }
+    if (folder == KnownFolder::Configuration) {
+        return GetUserFolder("XDG_CONFIG_HOME", "/.config");
     }
     std::string const common = GetFolderVariable("ZELTOOLS_COMMON_DATA");
-    return FromNativePath(common.empty() ? "/var/lib" : common);
+    return common.empty() ? "/var/lib" : common;
+}
+
+std::u16string SHGetKnownFolderPath(KnownFolder folder) {
+    return FromNativePath(GetNativeKnownFolder(folder));
 }
 
 std::u16string GetTempPathW() {
