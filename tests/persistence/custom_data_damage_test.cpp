@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+// Streams that are cut, lie or nest too deep.
+#include "tests/support/format_page.h"
+#include "tests/support/printers.h"
+#include "zeltools/foundation/xarchive_exception.h"
+#include "zeltools/foundation/xfile_exception.h"
+#include "zeltools/persistence/custom_data.h"
+#include "zeltools/persistence/xarchive.h"
+#include "zeltools/persistence/xmem_file.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+namespace {
+
+/// How a load through an archive ended: 'f' and the cause of a file exception, 'a' and that of an archive's, or "".
+std::string LoadResult(CCustomData& data, std::string const& bytes) {
+    CXMemFile file(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(), false, true);
+    CXArchive archive(&file, CXArchive::Loading);
+    try {
+        data.Serialize(archive);
+        return "";
+    } catch (CXFileException* e) {
+        std::string const result = "f" + std::to_string(e->cause);
+        e->Delete();
+        return result;
+    } catch (CXArchiveException* e) {
+        std::string const result = "a" + std::to_string(e->cause);
+        e->Delete();
+        return result;
+    }
+}
+
+std::string WithWord(std::string bytes, std::size_t offset, unsigned int word) {
+    std::memcpy(bytes.data() + offset, &word, sizeof(word));
+    return bytes;
+}
+
+/// Reads all there is, as a careless host would.
+void Use(CCustomData& data) {
+    data.DumpCustomData(true, 1);
+    CCustomData other;
+    other.Copy(&data, CCustomData::CopyKeep);
+    for (unsigned int index = 0, kind = 0, id; (id = data.GetIDByIndex(index, kind)) != 0xFFFFFFFF; ++index) {
+        CXTString<char16_t> text;
+        CXTString<char> narrow;
+        CXArray<CXTString<char16_t>> list(false);
+        data.GetString(id, text);
+        data.GetStringA(id, narrow);
+        data.GetStringArray(id, list);
+        data.GetChecksum(id);
+        data.GetCustomData(id, other);
+    }
+}
+
+TEST(CustomDataDamage, CutAnywhereEveryGenerationIsRefused) {
+    for (int example : {1, 2, 3, 4, 5, 6, 7}) {
+        std::string const whole = support::HexExample("custom_data", example);
+        for (std::size_t length = 0; length < whole.size(); ++length) {
+            CCustomData data;
+            data.SetInt(1, 1);
+            // A copy of its own, so that a read past its end is seen.
+            std::unique_ptr<char[]> const cut(new char[length]);
+            std::memcpy(cut.get(), whole.data(), length);
+            EXPECT_FALSE(data.SerializeFromData(cut.get(), length)) << example << ' ' << length;
+            EXPECT_FALSE(data.HasData());
+            EXPECT_NE(LoadResult(data, whole.substr(0, length)), "") << example << ' ' << length;
+        }
+        CCustomData data;
+        EXPECT_EQ(LoadResult(data, whole), "");
+        Use(data);
+    }
+}
+
+TEST(CustomDataDamage, LyingWordsAreRefusedOrIgnored) {
+    std::string const one = support::HexExample("custom_data", 1);
+    struct {
+        char const* name;
+        std::string bytes;
+        char const* result;
+    } const rows[] = {
+        {"another magic", WithWord(one, 0, 0x43555336), "f1"},
+        {"version 2", WithWord(one, 8, 2), "f1"},
+        {"total below the header", WithWord(one, 4, 19), "f1"},
+        {"total of one byte more", WithWord(one, 4, 37), "f1"},
+        {"total of 4 GiB", WithWord(one, 4, 0xFFFFFFFF), "f1"},
+        {"no total", one.substr(0, 4), "a3"},
+        {"legacy area of 4 GiB", WithWord(WithWord(one, 0, 0x43555355), 4, 0xFFFFFFFF), "f1"},
+        {"total of the header alone", WithWord(one, 4, 20), ""},
+        {"4 G chunks", WithWord(one, 12, 0xFFFFFFFF), ""},
+        {"no chunks", WithWord(one, 12, 0), ""},
+        {"4 GiB of data", WithWord(one, 16, 0xFFFFFFFF), ""},
+        {"a string format that nobody knows", WithWord(one, 20, 3), ""},
+    };
+    for (auto const& row : rows) {
+        CCustomData data;
+        data.SetInt(7, 7);
+        EXPECT_EQ(LoadResult(data, row.bytes), row.result) << row.name;
+        EXPECT_FALSE(data.HasData(7)) << row.name;
+        EXPECT_TRUE(*row.result == '\0' || !data.HasData()) << row.name;
+        Use(data);
+    }
+    CCustomData data;
+    EXPECT_FALSE(data.SerializeFromData(nullptr, 0));
+    EXPECT_THROW(
+        try { data.SerializeFromData(nullptr, 1); } catch (CXInvalidArgException* e) {
+            e->Delete();
+            throw 0;
+        },
+        int);
+}
+
+TEST(CustomDataDamage, GoodRecordsOfALegacyStreamAreKept) {
+    std::string const whole = support::HexExample("custom_data", 5);
+    std::size_t const second = 8 + 12 + 4 + 3; // magic and size; the first record with its filler
+    CCustomData data;
+    EXPECT_EQ(LoadResult(data, WithWord(whole, second + 4, 0xFFFFFFF0)), "");
+    EXPECT_EQ(data.GetIDCount(), 1u);
+    int value = 0;
+    EXPECT_TRUE(data.GetInt(1, value));
+    EXPECT_EQ(value, 42);
+    // A flag that promises a record behind the last one.
+    std::size_t const third = second + 12 + 6 + 3;
+    EXPECT_EQ(LoadResult(data, WithWord(whole, third + 8, 1)), "");
+    EXPECT_EQ(data.GetIDCount(), 3u);
+    // A second record that replaces the only one so far, in another size.
+    EXPECT_EQ(LoadResult(data, WithWord(WithWord(whole, second, 1), third, 1)), "");
+    CXTString<char16_t> text;
+    EXPECT_EQ(data.GetIDCount(), 1u);
+    EXPECT_TRUE(data.GetString(1, text, u"default"));
+    EXPECT_NE(text, u"default"); // still a legacy store, whose blank values are texts
+}
+
+TEST(CustomDataDamage, DumpEndsWithItsLimits) {
+    auto const nested = [](int levels) {
+        CCustomData data;
+        data.SetInt(FourCC("DEEP"), 7);
+        for (int i = 0; i < levels; ++i) {
+            CCustomData outer;
+            outer.SetCustomData(FourCC("NEST"), data);
+            data = outer;
+        }
+        return data;
+    };
+    EXPECT_GE(nested(CCustomData::MaxDumpDepth).DumpCustomData(false, 0).Find(u"DEEP"), 0);
+    EXPECT_EQ(nested(CCustomData::MaxDumpDepth + 1).DumpCustomData(false, 0).Find(u"DEEP"), -1);
+
+    CCustomData inner, wide;
+    inner.SetBool(1, 1);
+    for (unsigned int id = 0; id < 3u * CCustomData::MaxDumpIndent; ++id)
+        wide.SetCustomData(id, inner);
+    CXTString<char16_t> const text = wide.DumpCustomData(true, 0x7FFFFFF0);
+    CXTString<char16_t> const widest(u'\t', CCustomData::MaxDumpIndent);
+    EXPECT_GE(text.Find(widest), 0);
+    EXPECT_EQ(text.Find(widest + u"\t"), -1);
+}
+
+TEST(CustomDataDamage, OldNestedStoresAreChecked) {
+    auto const oldNested = [](std::string bytes) {
+        struct Store : CCustomData {
+            using CCustomData::SetCustom;
+        } outer;
+        outer.SetCustom(1, bytes.data(), static_cast<unsigned int>(bytes.size()), CustomDataNestedOld);
+        CCustomData inner;
+        EXPECT_FALSE(outer.GetCustomData(1, inner));
+        EXPECT_FALSE(inner.HasData());
+        return outer.GetDataKindOf(1);
+    };
+    EXPECT_EQ(oldNested(std::string(19, '\0')), CustomDataNestedOld); // shorter than its header
+    EXPECT_EQ(oldNested(WithWord(std::string(40, '\0'), 12, 1)), CustomDataNestedOld);
+    EXPECT_EQ(oldNested(std::string(20, '\0')), 0u); // empty: removed
+}
+
+} // namespace

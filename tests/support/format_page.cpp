@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/format_page.h"
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace support {
+
+std::string HexExample(std::string const& page, int index) {
+    std::ifstream file(ZELTOOLS_TEST_DATA "/../../docs/formats/" + page + ".md");
+    std::string bytes;
+    bool isInside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (!isInside) {
+            isInside = line == "```hex" && index-- == 0;
+            continue;
+        }
+        if (line == "```")
+            return bytes;
+        std::istringstream words(line.substr(0, line.find('|')));
+        for (std::string word; words >> word;) {
+            std::size_t read = 0;
+            int const byte = std::stoi(word, &read, 16);
+            if (word.size() != 2 || read != 2)
+                throw std::runtime_error(page + ".md: no byte: " + word);
+            bytes += static_cast<char>(byte);
+        }
+    }
+    throw std::runtime_error(page + ".md: no such hex block");
+}
+
+std::string HexText(std::string const& bytes) {
+    std::string text;
+    for (char const byte : bytes) {
+        constexpr char const* digits = "0123456789ABCDEF";
+        auto const value = static_cast<unsigned char>(byte);
+        text += text.empty() ? "" : " ";
+        text += digits[value >> 4];
+        text += digits[value & 15];
+    }
+    return text;
+}
+
+} // namespace support

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The examples on the pages of docs/formats, so that what a page shows is what the library reads and writes.
+
+#pragma once
+
+#include <string>
+
+namespace support {
+
+/// The bytes of one of a page's blocks fenced as ```hex, in which a bar ends each line's bytes:
+///
+///     FF FE FF 03 | the marker, three units
+///
+/// @param page   "archive" for docs/formats/archive.md.
+/// @param index  Which of the page's blocks.
+/// Throws std::runtime_error for a missing page or block and for what is no pair of hexadecimal digits.
+std::string HexExample(std::string const& page, int index = 0);
+
+/// Bytes as the pages write them, "FF FE 03", for comparisons whose failure a person can read.
+std::string HexText(std::string const& bytes);
+
+} // namespace support
