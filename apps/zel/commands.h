@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "progress_report.h"
+
 #include <string>
 #include <vector>
 
@@ -13,6 +15,7 @@ enum ExitStatus : int {
     ExitAllWell = 0,
     ExitSomeFailed = 1,
     ExitWrongUsage = 2,
+    ExitInterrupted = 130, ///< The keyboard's interruption; main ends the process by its signal.
 };
 
 enum class SortBy {
@@ -28,6 +31,7 @@ struct ListOptions {
     bool recursive = false;
     bool json = false;
     SortBy sort = SortBy::Walk;
+    ProgressStyle progress = ProgressStyle::Automatic;
 };
 
 /// Lists files and folders with what the toolkit knows of them by name, and totals by kind.

@@ -3,6 +3,8 @@
 #include "file_facts.h"
 #include "list_report.h"
 #include "terminal.h"
+#include "trace.h"
+#include "walk_progress.h"
 #include <zeltools/files/paths/file_dates.h>
 #include <zeltools/files/paths/folder_walk.h>
 #include <zeltools/files/paths/native_names.h>
@@ -31,12 +33,24 @@ class Lister {
 public:
     explicit Lister(ListOptions const& listOptions)
         : options(listOptions), report(listOptions.json ? MakeJsonReport() : MakeTextReport()),
-          errorsToTerminal(isatty(STDERR_FILENO)) {}
+          errorsToTerminal(isatty(STDERR_FILENO)), progressReport(listOptions.progress),
+          progress(progressReport.IsShown(), listOptions.paths.size()) {
+        if (isatty(STDOUT_FILENO)) { // then it is the terminal that has the bar
+            report->beforeWriting = [this] { progressReport.Clear(); };
+        }
+    }
 
     int Run() {
         for (std::string const& path : options.paths) {
             ListPath(path);
+            progress.EndPath();
+            if (progress.IsCancelled()) {
+                Trace(TraceAlways, "zel list: interrupted\n");
+                return ExitInterrupted;
+            }
         }
+        progressReport.Finish();
+        TraceTotals();
         for (FileFacts const& facts : Sorted()) {
             report->AddRow(facts);
         }
@@ -49,6 +63,7 @@ public:
 
 private:
     void ListPath(std::string const& nativePath) {
+        Trace(TraceAlways, "zel list: %s\n", ShownName(nativePath, true).c_str());
         CXTString<char16_t> path = fileFromNativeName(nativePath.c_str());
         if (fileIsDirectory(path, true, nullptr)) {
             fileSlashTerminate(path);
@@ -75,7 +90,10 @@ private:
 
     void ListFolder(CXTString<char16_t> const& folder, std::string const& nativeFolder) {
         CFolderWalk walk(folder, options.recursive ? CFolderWalk::BelowToo : CFolderWalk::ThisFolder);
-        for (CFolderWalk::Entry entry; walk.Next(entry);) {
+        CXTString<char16_t> traced;
+        for (CFolderWalk::Entry entry; !progress.IsCancelled() && walk.Next(entry);) {
+            progress.TakeEntry(walk.GetFolder());
+            TraceFolder(walk.GetFolder(), traced);
             std::string const below = NativeBelow(walk.GetFolder(), folder.GetLength(), entry.name);
             if (entry.error != CXFileException::none) {
                 Fail(nativeFolder + (nativeFolder.ends_with('/') || below.empty() ? "" : "/") + below, entry.error);
@@ -95,7 +113,27 @@ private:
         return static_cast<char const*>(fileGetNativeName(folder.Mid(rootLength, -1) + name));
     }
 
+    /// A line for each folder that is entered. `traced` is the one before.
+    static void TraceFolder(CXTString<char16_t> const& folder, CXTString<char16_t>& traced) {
+        if (IsLogFileEnabled() && !(folder == traced)) {
+            traced = folder;
+            std::string const native = static_cast<char const*>(fileGetNativeName(folder));
+            Trace(TraceFolders, "\t%s\n", ShownName(native, true).c_str());
+        }
+    }
+
+    void TraceTotals() const {
+        unsigned long long files = 0;
+        unsigned long long bytes = 0;
+        for (auto const& [kind, total] : totals.kinds) {
+            files += total.files;
+            bytes += total.sizeBytes;
+        }
+        Trace(TraceAlways, "zel list: %I64u files, %I64u bytes, %I64u failures\n", files, bytes, totals.failures);
+    }
+
     void AddRow(FileFacts&& facts) {
+        progressReport.CountFile();
         totals.Add(facts);
         if (options.sort == SortBy::Walk) {
             report->AddRow(facts);
@@ -108,6 +146,8 @@ private:
         ++totals.failures;
         std::string const reason = Reason(cause, ShownName(nativeName, errorsToTerminal));
         report->AddFailure(nativeName, reason);
+        Trace(TraceAlways, "%s\n", reason.c_str());
+        progressReport.Clear();
         fmt::print(stderr, "zel: {}\n", reason);
     }
 
@@ -131,6 +171,8 @@ private:
     ListTotals totals;
     std::vector<FileFacts> rows; ///< Held back to be sorted; empty in the walk's own order.
     bool errorsToTerminal;
+    ProgressReport progressReport; ///< Shows what `progress` reports.
+    WalkProgress progress;
 };
 
 } // namespace

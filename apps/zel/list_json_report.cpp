@@ -58,7 +58,12 @@ public:
     }
 
 private:
-    void Write(std::string const& text) { failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size(); }
+    void Write(std::string const& text) {
+        if (beforeWriting) {
+            beforeWriting();
+        }
+        failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
+    }
 
     Json failures = Json::array();
     bool any = false;

@@ -5,6 +5,7 @@
 
 #include "file_facts.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -32,6 +33,9 @@ public:
     virtual void AddFailure(std::string const& nativeName, std::string const& reason) = 0;
     /// The end of the list; false when not everything could be written.
     [[nodiscard]] virtual bool Finish(ListTotals const& totals) = 0;
+
+    /// Called before each piece that goes to standard output, where that shows something else too; may be empty.
+    std::function<void()> beforeWriting;
 };
 
 /// Columns on standard output, in colours where it is a terminal that wants them.

@@ -117,6 +117,9 @@ private:
     }
 
     void Flush() {
+        if (beforeWriting) {
+            beforeWriting();
+        }
         failed |= std::fwrite(buffer.data(), 1, buffer.size(), stdout) != buffer.size();
         std::fflush(stdout);
         buffer.clear();

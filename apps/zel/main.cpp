@@ -2,11 +2,16 @@
 // zel: catalogues folders of image and scene files through the toolkit.
 
 #include "commands.h"
+#include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_product_name.h>
+#include <zeltools/foundation/log_file.h>
 #include <zeltools/foundation/start_and_close.h>
 
 #include <CLI/CLI.hpp>
 #include <clocale>
+#include <csignal>
+#include <filesystem>
+#include <fmt/format.h>
 #include <map>
 
 namespace {
@@ -14,9 +19,13 @@ namespace {
 /// The toolkit stands for as long as this object.
 class Toolkit {
 public:
-    Toolkit() {
+    /// @param log  Native name of the log file; empty for none.
+    explicit Toolkit(std::string const& log) {
         SetInternalProductName(u"zel", 0, true);
-        InitQuenbyApplication(nullptr, nullptr, AppInitFileTypes, nullptr);
+        // A bare name means this folder; the toolkit would put it into the user's data.
+        CXTString<char16_t> const path =
+            log.empty() ? CXTString<char16_t>() : fileFromNativeName(std::filesystem::absolute(log).c_str());
+        InitQuenbyApplication(nullptr, nullptr, AppInitFileTypes, log.empty() ? nullptr : path.GetConstBuffer());
     }
     ~Toolkit() {
         BeforeCloseQuenbyApplication();
@@ -51,6 +60,18 @@ int main(int argc, char** argv) {
     listCommand->add_option("--sort", list.sort, "Sort all rows by name, size, date or kind")
         ->transform(CLI::CheckedTransformer(orders))
         ->option_text("KEY");
+    std::map<std::string, zel::ProgressStyle> const styles = {{"bar", zel::ProgressStyle::Bar},
+                                                              {"lines", zel::ProgressStyle::Lines},
+                                                              {"json", zel::ProgressStyle::Json},
+                                                              {"none", zel::ProgressStyle::None}};
+    listCommand
+        ->add_option("--progress", list.progress,
+                     "Show progress on standard error: bar (the default on a terminal), lines, json or none")
+        ->transform(CLI::CheckedTransformer(styles))
+        ->option_text("STYLE");
+    std::string log;
+    listCommand->add_option("--log", log, "Write a log of the work into FILE, in place of what it holds")
+        ->option_text("FILE");
 
     bool json = false;
     CLI::App* const typesCommand = app.add_subcommand("types", "List the file types that are known");
@@ -64,9 +85,17 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? zel::ExitAllWell : zel::ExitWrongUsage;
     }
 
-    Toolkit const toolkit;
-    if (*listCommand) {
-        return zel::RunList(list);
+    int status = zel::ExitWrongUsage;
+    {
+        Toolkit const toolkit(log);
+        if (!log.empty() && !IsLogFileEnabled()) {
+            fmt::print(stderr, "zel: {}: the log cannot be written\n", log);
+            return zel::ExitSomeFailed;
+        }
+        status = *listCommand ? zel::RunList(list) : *typesCommand ? zel::RunTypes(json) : zel::RunWhere(json);
     }
-    return *typesCommand ? zel::RunTypes(json) : *whereCommand ? zel::RunWhere(json) : zel::ExitWrongUsage;
+    if (status == zel::ExitInterrupted) {
+        std::raise(SIGINT); // so that a shell's loop ends too
+    }
+    return status;
 }

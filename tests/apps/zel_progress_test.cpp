@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// What zel tells while it works: its progress on pipes and on a real terminal, and its log.
+
+#include "zel_fixture.h"
+
+#include <algorithm>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <sys/ioctl.h>
+
+namespace {
+
+using Json = nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+/// The master's side of a terminal of its own.
+class Terminal {
+public:
+    explicit Terminal(int columns) : master(posix_openpt(O_RDWR | O_NOCTTY)) {
+        grantpt(master);
+        unlockpt(master);
+        winsize const size{24, static_cast<unsigned short>(columns), 0, 0};
+        ioctl(master, TIOCSWINSZ, &size);
+    }
+    ~Terminal() { close(master); }
+    Terminal(Terminal const&) = delete;
+    Terminal& operator=(Terminal const&) = delete;
+
+    std::string Name() const { return ptsname(master); }
+
+    /// Some of what was written, or nothing when nobody has the terminal any more.
+    std::string ReadSome() const {
+        char buffer[4096];
+        ssize_t const count = read(master, buffer, sizeof buffer);
+        return {buffer, static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
+    }
+
+    std::string ReadAll() const {
+        std::string all;
+        for (std::string some = ReadSome(); !some.empty(); some = ReadSome()) {
+            all += some;
+        }
+        return all;
+    }
+
+private:
+    int master;
+};
+
+TEST_F(Zel, ProgressNeverRunsBackwardsAndEndsWithEverything) {
+    for (int i = 0; i < 40; ++i) {
+        Make("a/" + std::to_string(i) + ".bmp");
+        Make("b/c/" + std::string(static_cast<std::size_t>(i % 7), 'd') + "/" + std::to_string(i));
+    }
+    Make("b/z.max");
+    fs::create_directories(folder / "tree/empty/empty");
+    Outcome const outcome =
+        Run({"list", "-r", "--json", "--progress=json", Tree(), Tree() + "/a", Tree() + "/b/z.max"});
+    EXPECT_EQ(outcome.status, 0);
+    std::size_t const rows = Json::parse(outcome.output).at("files").size();
+    std::istringstream lines(outcome.errors);
+    double percent = -1;
+    std::size_t files = 0;
+    int reports = 0;
+    for (std::string line; std::getline(lines, line); ++reports) {
+        Json const report = Json::parse(line);
+        EXPECT_GT(report.at("percent").get<double>(), percent);
+        EXPECT_GE(report.at("files").get<std::size_t>(), files);
+        EXPECT_TRUE(report.contains("filesPerSecond") && report.contains("secondsLeft"));
+        percent = report.at("percent");
+        files = report.at("files");
+    }
+    EXPECT_EQ(percent, 100);
+    EXPECT_EQ(files, rows);
+    EXPECT_GT(reports, 10);
+    EXPECT_THAT(Run({"list", "-r", "--progress=lines", Tree()}).errors, EndsWith("zel: 100 %, 92 files, 0:00 left\n"));
+}
+
+TEST_F(Zel, BarFitsTheTerminalAndLeavesNoTrace) {
+    for (int i = 0; i < 100; ++i) {
+        Make("\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E/" + std::string(60, 'l') + "/" + std::to_string(i) + ".bmp");
+    }
+    for (int const columns : {100, 31, 8}) {
+        Terminal const terminal(columns);
+        pid_t const child =
+            Start({ZEL_PROGRAM, "list", "-r", Tree(), Tree() + "/none"}, folder / "output", terminal.Name());
+        std::string const shown = terminal.ReadAll();
+        EXPECT_EQ(Wait(child), 1);
+        EXPECT_THAT(shown, HasSubstr("\r  0 %"));
+        // The message of the missing file starts a line of its own, behind an erased bar.
+        EXPECT_THAT(shown, HasSubstr("\r\033[Kzel: "));
+        std::size_t const last = shown.rfind('\r');
+        EXPECT_TRUE(shown.substr(last) == "\r\033[K" || shown.substr(last) == "\r\n") << shown;
+        std::istringstream pieces(shown);
+        for (std::string piece; std::getline(pieces, piece, '\r');) {
+            if (piece.ends_with("\033[K") && piece.find("zel:") == std::string::npos) {
+                std::size_t const wide = static_cast<std::size_t>(std::count(piece.begin(), piece.end(), '\xE6')) +
+                                         static_cast<std::size_t>(std::count(piece.begin(), piece.end(), '\xE8'));
+                EXPECT_LT(static_cast<int>(piece.size() - 3 - wide), columns)
+                    << piece; // three bytes that take two columns each
+            }
+        }
+    }
+    Outcome const piped = Run({"list", "-r", "--progress=bar", Tree()});
+    EXPECT_EQ(piped.errors, "");
+}
+
+TEST_F(Zel, InterruptionErasesTheBarAndEndsByItsSignal) {
+    for (int i = 0; i < 3000; ++i) {
+        Make(std::to_string(i) + std::string(50, 'n') + ".bmp");
+    }
+    Terminal const terminal(80);
+    fs::path const pipe = folder / "pipe";
+    mkfifo(pipe.c_str(), 0600);
+    int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    fcntl(reader, F_SETFL, 0);
+    // The program stops where the pipe is full, in the middle of its work.
+    pid_t const child = Start({ZEL_PROGRAM, "list", Tree()}, pipe, terminal.Name());
+    std::string shown = terminal.ReadSome();
+    kill(child, SIGINT);
+    std::string output;
+    char buffer[65536];
+    for (ssize_t count = 1; (count = read(reader, buffer, sizeof buffer)) > 0;) {
+        output.append(buffer, static_cast<std::size_t>(count));
+    }
+    close(reader);
+    shown += terminal.ReadAll();
+    EXPECT_EQ(Wait(child), 1000 + SIGINT);
+    EXPECT_THAT(shown, EndsWith("\r\033[K"));
+    EXPECT_THAT(output, Not(HasSubstr("total")));
+}
+
+} // namespace
