@@ -100,9 +100,12 @@
 #include <zeltools/persistence/profile.h>
 #include <zeltools/persistence/reg_util.h>
 #include <zeltools/persistence/registry_name.h>
+#include <zeltools/persistence/stdio_file_ex.h>
 #include <zeltools/persistence/xarchive.h>
 #include <zeltools/persistence/xfile.h>
+#include <zeltools/persistence/xfile_find.h>
 #include <zeltools/persistence/xmem_file.h>
+#include <zeltools/persistence/xstdio_file.h>
 #include <zeltools/platform/registry_types.h>
 #include <zeltools/platform/system_records.h>
 #include <zeltools/process/custom_thread.h>

@@ -3,6 +3,7 @@
 
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/format_form_private.h"
+#include "zeltools/foundation/text_scan_private.h"
 #include "zeltools/platform/code_pages.h"
 
 #include <algorithm>
@@ -73,7 +74,13 @@ public:
                 return m_stored;
             converted = converted || isForm;
         }
+        m_hasDoneAll = true;
         return m_stored;
+    }
+
+    /// After Run: where and how it ended.
+    [[nodiscard]] detail::ScanEnd End() const {
+        return {static_cast<std::size_t>(m_at - m_begin), m_hasDoneAll, m_lackedText || *m_at == 0};
     }
 
 private:
@@ -286,8 +293,10 @@ private:
         if (!*m_at)
             return Scanned::TextEnded;
         std::size_t const there = xStrNLen(m_at, wanted);
-        if (there < wanted)
+        if (there < wanted) {
+            m_lackedText = true;
             return Scanned::Mismatch;
+        }
         return StoreText(form, m_at + there, false);
     }
 
@@ -356,6 +365,8 @@ private:
     bool m_suppressed = false;
     std::size_t m_width = SIZE_MAX;
     int m_stored = 0;
+    bool m_hasDoneAll = false;
+    bool m_lackedText = false; ///< The text ended within a count of characters.
 };
 
 template <typename T>
@@ -364,6 +375,13 @@ int ScanWith(T const* text, T const* format, va_list arguments) {
 }
 
 } // namespace
+
+int detail::ScanText(char16_t const* text, char16_t const* format, va_list arguments, ScanEnd& end) {
+    Scanner<char16_t> scanner(text, arguments);
+    int const count = scanner.Run(format);
+    end = scanner.End();
+    return count;
+}
 
 int xScanV(char const* text, char const* format, va_list arguments) {
     return ScanWith(text, format, arguments);
