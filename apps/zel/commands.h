@@ -37,6 +37,9 @@ struct ListOptions {
 /// Lists files and folders with what the toolkit knows of them by name, and totals by kind.
 int RunList(ListOptions const& options);
 
+/// Prints the values of a custom data stream, or of each record of a preferences file.
+int RunDump(std::string const& nativePath);
+
 /// Lists the registered file types.
 int RunTypes(bool json);
 

@@ -73,6 +73,11 @@ int main(int argc, char** argv) {
     listCommand->add_option("--log", log, "Write a log of the work into FILE, in place of what it holds")
         ->option_text("FILE");
 
+    std::string dumpFile;
+    CLI::App* const dumpCommand =
+        app.add_subcommand("dump", "Print the values of a custom data stream or of a preferences file");
+    dumpCommand->add_option("FILE", dumpFile, "A file of any generation")->required();
+
     bool json = false;
     CLI::App* const typesCommand = app.add_subcommand("types", "List the file types that are known");
     typesCommand->add_flag("--json", json, "Print JSON");
@@ -92,7 +97,10 @@ int main(int argc, char** argv) {
             fmt::print(stderr, "zel: {}: the log cannot be written\n", log);
             return zel::ExitSomeFailed;
         }
-        status = *listCommand ? zel::RunList(list) : *typesCommand ? zel::RunTypes(json) : zel::RunWhere(json);
+        status = *listCommand    ? zel::RunList(list)
+                 : *dumpCommand  ? zel::RunDump(dumpFile)
+                 : *typesCommand ? zel::RunTypes(json)
+                                 : zel::RunWhere(json);
     }
     if (status == zel::ExitInterrupted) {
         std::raise(SIGINT); // so that a shell's loop ends too

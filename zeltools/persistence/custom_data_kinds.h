@@ -6,6 +6,14 @@
 
 #include "zeltools/foundation/four_cc.h"
 
+/// What a stream of a store begins with, by generation.
+enum CustomDataMagic : unsigned int {
+    CustomDataMagicCurrent = 0x43555335,      ///< The one that is written.
+    CustomDataMagicPrevious = 0x43555334,     ///< Of the same layout.
+    CustomDataMagicLegacyWide = 0x43555355,   ///< Records without kinds, with wide strings.
+    CustomDataMagicLegacyNarrow = 0x43555354, ///< The same with narrow strings.
+};
+
 /// What a chunk holds. All numbers are little-endian.
 enum CustomDataKind : unsigned int {
     CustomDataBlank = FourCC("    "),      ///< Untyped, from a legacy file.

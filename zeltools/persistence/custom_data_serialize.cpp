@@ -18,14 +18,6 @@ using detail::StoreLock;
 
 namespace {
 
-/// What a stream begins with. Only the current one is written.
-enum Magic : unsigned int {
-    MagicCurrent = 0x43555335,
-    MagicPrevious = 0x43555334, ///< the layout is that of the current one
-    MagicLegacyWide = 0x43555355,
-    MagicLegacyNarrow = 0x43555354,
-};
-
 /// What stands before the chunks.
 struct StreamHeader {
     unsigned short version;
@@ -113,7 +105,7 @@ void CCustomData::StoreTo(CXArchive& archive) {
     FreeExtra();
     if (size > LargestRun)
         ThrowBadStream();
-    archive << static_cast<int>(MagicCurrent);
+    archive << static_cast<int>(CustomDataMagicCurrent);
     if (size == 0) {
         archive << 0u;
         return;
@@ -136,13 +128,13 @@ void CCustomData::LoadFrom(CXArchive& archive) {
     int magic = 0;
     archive >> magic;
     switch (static_cast<unsigned int>(magic)) {
-    case MagicCurrent:
-    case MagicPrevious: break;
-    case MagicLegacyWide:
-    case MagicLegacyNarrow: {
+    case CustomDataMagicCurrent:
+    case CustomDataMagicPrevious: break;
+    case CustomDataMagicLegacyWide:
+    case CustomDataMagicLegacyNarrow: {
         ReadPreviousVersion(archive);
         // Set last: a record that replaces the only one so far empties the store on the way.
-        stringFormat = static_cast<unsigned int>(magic) == MagicLegacyWide ? 1 : 2;
+        stringFormat = static_cast<unsigned int>(magic) == CustomDataMagicLegacyWide ? 1 : 2;
         return;
     }
     default: ThrowBadStream();
