@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/log_file.h"
 
+#include "zeltools/files/paths/path_numbering.h"
+#include "zeltools/files/paths/path_queries.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/application_data.h"
 #include "zeltools/foundation/application_path.h"
@@ -9,6 +11,7 @@
 #include "zeltools/foundation/text_format.h"
 #include "zeltools/foundation/xexception.h"
 #include "zeltools/foundation/xtime.h"
+#include "zeltools/persistence/stdio_file_ex.h"
 #include "zeltools/platform/clock.h"
 #include "zeltools/platform/threads.h"
 #include "zeltools/process/thread_registry.h"
@@ -33,14 +36,6 @@ using ThreadId = unsigned long long;
 using WideString = CXTString<char16_t>;
 
 constexpr unsigned long long levelWord = 0xFFFFFFFF; // the part of logState that SetLogLevel gives and takes
-
-/// A file that cannot be opened: the library has no text files yet, so that only a callback gets the lines.
-struct CStdioFileEx {
-    explicit CStdioFileEx(bool) {}
-    void WriteString(char16_t const*) {}
-    void Flush() {}
-    void Close() {}
-};
 
 /// What lives from SetLogFile to CloseLogFile.
 struct OpenLog {
@@ -200,7 +195,20 @@ bool WriteOwnLine(char16_t const* text) {
     }
 }
 
-bool OpenFile(CStdioFileEx&, WideString const&, LogFileMode) {
+bool OpenFile(CStdioFileEx& file, WideString const& path, LogFileMode mode) {
+    constexpr unsigned int replace =
+        XFILE_TYPE_TEXT | XFILE_TYPE_WIDE | XFILE_OPEN_CREATE | XFILE_OPEN_WRITE | XFILE_SHARE_DENY_WRITE;
+    switch (mode) {
+    case LogFileModeReplace: return file.Open(path, replace, nullptr);
+    case LogFileModeAppend:
+        if (!file.Open(path, replace | XFILE_OPEN_NO_TRUNCATE, nullptr)) {
+            return false;
+        }
+        file.SeekToEnd();
+        return true;
+    case LogFileModeNew:
+        return file.Open(fileExists(path) ? fileCreateUniqueName(path, true, 0, false) : path, replace, nullptr);
+    }
     return false;
 }
 
