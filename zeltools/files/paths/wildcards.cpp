@@ -15,23 +15,30 @@ bool IsLiteral(char16_t pattern) {
     return pattern != u'*' && pattern != u'?';
 }
 
+// Most names differ from the pattern in their first units. The searches behind a star stay out of line, so that such a
+// name is refused without a stack frame for their sake.
+
+using Target = detail::ScanTarget<char16_t, detail::ScanCase::Exact>;
+
+[[gnu::noinline]] std::size_t FindPair(char16_t const* name, std::size_t length, char16_t const* pair) {
+    return detail::ScanForPair(name, length, 0, Target(pair[0]), Target(pair[1]));
+}
+
 // Finds the next place at or behind `name` where the text behind a star can begin. `pattern` is not the last star.
-char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern) {
-    using Target = detail::ScanTarget<char16_t, detail::ScanCase::Exact>;
+inline char16_t const* FindStart(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern) {
     if (!IsLiteral(pattern[0]) || name >= nameEnd) {
         return name;
     }
     auto const length = static_cast<std::size_t>(nameEnd - name);
-    std::size_t const position = IsLiteral(pattern[1])
-                                     ? detail::ScanForPair(name, length, 0, Target(pattern[0]), Target(pattern[1]))
-                                     : detail::ScanFor(name, length, 0, Target(pattern[0]));
+    std::size_t const position =
+        IsLiteral(pattern[1]) ? FindPair(name, length, pattern) : detail::ScanFor(name, length, 0, Target(pattern[0]));
     return position == detail::NotFound ? nameEnd : name + position;
 }
 
 // Matches a pattern that begins and ends in a star. Each star fixes all that was matched before it: a mismatch goes
 // back to the last one and lets it take some characters more.
-bool MatchBetweenStars(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern,
-                       char16_t const* patternEnd) {
+[[gnu::noinline]] bool MatchBetweenStars(char16_t const* name, char16_t const* nameEnd, char16_t const* pattern,
+                                         char16_t const* patternEnd) {
     char16_t const* resumePattern = pattern;
     char16_t const* resumeName = name;
     for (;;) {
@@ -59,6 +66,26 @@ bool Match(std::u16string_view nameText, std::u16string_view patternText, bool c
     char16_t const* pattern = patternText.data();
     char16_t const* patternEnd = pattern + patternText.size();
 
+#if defined(__SSE2__)
+    // The same as the loop below, a block of units at a step. What stands behind the first star does not count.
+    using Units = detail::Block<char16_t>;
+    constexpr std::ptrdiff_t blockSize = Units::Size;
+    while (caseSensitive && nameEnd - name >= blockSize && patternEnd - pattern >= blockSize) {
+        __m128i const wanted = Units::Load(pattern);
+        __m128i const equal = Units::Equal(wanted, Units::Load(name));
+        unsigned const fitting = Units::Bits(_mm_or_si128(equal, Units::Equal(wanted, Units::All(u'?'))));
+        unsigned const stars = Units::Bits(Units::Equal(wanted, Units::All(u'*')));
+        if ((~fitting & ~stars & (stars - 1) & 0xFFFF) != 0) {
+            return false;
+        }
+        std::size_t const matched = stars != 0 ? Units::First(stars) : Units::Size;
+        name += matched;
+        pattern += matched;
+        if (stars != 0) {
+            break;
+        }
+    }
+#endif
     for (; pattern != patternEnd && *pattern != u'*'; ++pattern, ++name) {
         if (name == nameEnd) {
             return false;
