@@ -223,6 +223,13 @@ TEST(Utf8, AgreesWithTheObviousDecoderOnRandomText) {
         encoded.resize(Utf16ToUtf8(text.data(), text.size(), encoded.data()));
         ASSERT_EQ(Utf8Length(text.data(), text.size()), encoded.size());
         ASSERT_EQ(EncodeUtf8(text.data(), text.size(), nullptr, 0).length, encoded.size());
+        for (std::size_t room = encoded.size() > 20 ? encoded.size() - 2 : 0; room <= encoded.size(); ++room) {
+            std::string bounded(room + 1, '#');
+            TextConversion const done = EncodeUtf8(text.data(), text.size(), bounded.data(), room);
+            ASSERT_EQ(done.fitted, room == encoded.size());
+            ASSERT_EQ(bounded[room], '#') << "written behind the room";
+            ASSERT_EQ(bounded.substr(0, done.length), encoded.substr(0, done.length));
+        }
         std::u16string replaced = text;
         for (std::size_t i = 0; i < replaced.size(); ++i) {
             bool const pair =

@@ -173,22 +173,23 @@ TextConversion Encode(char16_t const* source, std::size_t length, char* target, 
     };
     while (source < end) {
 #if defined(__SSE2__)
-        bool inBlocks = true;
-        while (inBlocks && end - source >= blockReach && fits(2 * blockReach)) {
-            auto const load = [&](std::ptrdiff_t at) {
-                return _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + at));
-            };
-            __m128i first = load(0);
-            __m128i second = load(8);
+        auto const load = [](char16_t const* at) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(at)); };
+        auto const findBeyond = [](__m128i first, __m128i second) {
             __m128i const above = _mm_set1_epi16(static_cast<short>(0xFF80));
             __m128i const ascii = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, above), _mm_setzero_si128()),
                                                   _mm_cmpeq_epi16(_mm_and_si128(second, above), _mm_setzero_si128()));
-            unsigned const beyond = static_cast<unsigned>(_mm_movemask_epi8(ascii)) ^ 0x1FFFFu;
-            auto const putBlock = [&] {
-                if constexpr (write)
-                    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + out), _mm_packus_epi16(first, second));
-            };
-            putBlock();
+            return static_cast<unsigned>(_mm_movemask_epi8(ascii)) ^ 0x1FFFFu;
+        };
+        auto const putBlock = [&](std::size_t place, __m128i first, __m128i second) {
+            if constexpr (write)
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(target + place), _mm_packus_epi16(first, second));
+        };
+        bool inBlocks = true;
+        while (inBlocks && end - source >= blockSize && fits(2 * blockReach)) {
+            __m128i first = load(source);
+            __m128i second = load(source + 8);
+            unsigned const beyond = findBeyond(first, second);
+            putBlock(out, first, second);
             if (beyond == 1u << blockSize) {
                 source += blockSize;
                 out += blockSize;
@@ -209,14 +210,27 @@ TextConversion Encode(char16_t const* source, std::size_t length, char* target, 
                 }
                 if (at >= blockSize || !inBlocks)
                     break;
-                first = load(at);
-                second = load(at + 8);
-                putBlock();
+                inBlocks = end - source - at >= blockSize;
+                if (!inBlocks)
+                    break;
+                first = load(source + at);
+                second = load(source + at + 8);
+                putBlock(out, first, second);
             }
             source += at;
         }
+        if (std::ptrdiff_t const rest = end - source; rest < blockSize && length >= blockSize && fits(blockSize)) {
+            // The rest is seen in the last block. Where that is ASCII, what is written again is the same as before.
+            __m128i const first = load(end - blockSize);
+            __m128i const second = load(end - blockSize / 2);
+            if (findBeyond(first, second) == 1u << blockSize) {
+                out += static_cast<std::size_t>(rest);
+                putBlock(out - blockSize, first, second);
+                break;
+            }
+        }
 #endif
-        // Stays here through a run beyond ASCII.
+        // Stays here through a run beyond ASCII, and to the end where no block is left.
         while (source < end) {
             if constexpr (mode == Mode::Roomy) {
                 // Three bytes go out as four in one store; the fourth is the next character's.
@@ -234,7 +248,9 @@ TextConversion Encode(char16_t const* source, std::size_t length, char* target, 
                     return {out, false, invalid};
                 put(unit);
                 ++source;
-                break;
+                if (end - source >= blockSize)
+                    break;
+                continue;
             }
             if (unit < 0x800) {
                 if (!fits(2))
