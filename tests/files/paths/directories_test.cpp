@@ -11,8 +11,12 @@
 #include "zeltools/platform/linux/samba_shares.h"
 #include "zeltools/platform/native_path.h"
 #include "zeltools/platform/network_drives.h"
+#include "zeltools/process/application_lock_private.h"
+#include "zeltools/process/xsingle_lock.h"
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -109,6 +113,14 @@ TEST_F(CurrentDirectory, ADirectoryThatIsGoneGivesTheModules) {
     fs::remove_all(disk.Native() + "sub");
     std::string const module = fs::read_symlink("/proc/self/exe").parent_path() / "";
     EXPECT_EQ(fileGetCurrentDirectory(), platform::FromNativePath(module).c_str());
+}
+
+TEST_F(CurrentDirectory, APushDoesNotWaitForALibraryThatCloses) {
+    CXSingleLock hold(&ApplicationLock(), true); // as the close does around the exit callbacks
+    std::future<bool> pushed = std::async(std::launch::async, [] { return filePushCurrentDirectory(u"\\", nullptr); });
+    EXPECT_EQ(pushed.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    hold.Unlock();
+    EXPECT_TRUE(pushed.get() && filePopCurrentDirectory());
 }
 
 class NetworkPaths : public testing::Test {

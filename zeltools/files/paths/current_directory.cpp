@@ -6,25 +6,21 @@
 #include "zeltools/files/paths/path_slashes.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/files/paths/text_view_private.h"
-#include "zeltools/foundation/exit_callbacks.h"
 #include "zeltools/foundation/xarray.h"
 #include "zeltools/platform/current_directory.h"
 #include "zeltools/platform/modules.h"
 #include "zeltools/platform/shell_path.h"
 #include "zeltools/process/xsingle_lock.h"
 
+#include <memory>
+
 CCurrentDir gCurrentDir;
 
 namespace {
 
-/// Guarded by the file lock; made by the first push and deleted at exit.
-CXArray<CXTString<char16_t>>* directoryStack = nullptr;
-
-void DeleteDirectoryStack() {
-    CXSingleLock const hold(&detail::FileLock(), true);
-    delete directoryStack;
-    directoryStack = nullptr;
-}
+/// Made by the first push and gone with the process; guarded by the file lock. It is no matter of the exit callbacks:
+/// they run under the application lock, inside which the file lock must not be taken.
+std::unique_ptr<CXArray<CXTString<char16_t>>> directoryStack;
 
 } // namespace
 
@@ -42,8 +38,7 @@ CXTString<char16_t> fileGetCurrentDirectory() {
 bool filePushCurrentDirectory(CXTString<char16_t> const& directory, unsigned int* timeOut) {
     CXSingleLock const hold(&detail::FileLock(), true);
     if (directoryStack == nullptr) {
-        directoryStack = new CXArray<CXTString<char16_t>>;
-        AddApplicationExitCallback(&DeleteDirectoryStack, 0);
+        directoryStack = std::make_unique<CXArray<CXTString<char16_t>>>();
     }
     directoryStack->Add(fileGetCurrentDirectory());
     detail::GuardedCall guard(directory, timeOut);
