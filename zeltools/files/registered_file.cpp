@@ -17,7 +17,8 @@ constexpr char16_t separator = u'|';
 std::atomic<CRegisteredFile*> instance;
 
 CXCriticalSection& CreationLock() {
-    static CXCriticalSection lock;
+    // Never destroyed: code that runs at exit may close the library, or ask for a type.
+    static CXCriticalSection& lock = *new CXCriticalSection;
     return lock;
 }
 
