@@ -39,10 +39,10 @@ CXTString<char16_t> fileMakeAbsolutePath(CXTString<char16_t> const& base, CXTStr
 
 bool fileMakePathShortest(CXTString<char16_t>& path) {
     if (platform::PathNeedsCanonicalization(detail::View(path))) {
-        int const length = path.GetLength();
-        char16_t* text = path.GetBufferSetLength(length + 1);
-        std::u16string_view const view(text, static_cast<std::size_t>(length));
-        path.GetBufferSetLength(static_cast<int>(platform::PathCanonicalize(view, text)));
+        std::size_t const length = detail::View(path).size();
+        path.SetLength(length + 1);
+        char16_t* const text = path.GetText();
+        path.SetLength(platform::PathCanonicalize({text, length}, text));
     }
     return true;
 }

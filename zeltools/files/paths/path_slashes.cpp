@@ -25,7 +25,7 @@ bool fileConvertSlash(CXTString<char16_t>& path) {
 void fileRemoveDuplicatedSlash(CXTString<char16_t>& path) {
     char16_t* text = path.GetBuffer(0);
     char16_t* const begin = text + (platform::PathIsUNCW(detail::View(path)) ? 2 : 0);
-    char16_t* const end = std::unique(begin, text + path.GetLength(),
+    char16_t* const end = std::unique(begin, text + detail::View(path).size(),
                                       [](char16_t left, char16_t right) { return left == u'\\' && right == u'\\'; });
     path.GetBufferSetLength(static_cast<int>(end - text));
 }
@@ -47,12 +47,13 @@ void fileRemoveSlashTermination(CXTString<char16_t>& path) {
 }
 
 void fileRemoveInvalidChar(CXTString<char16_t>& name, char16_t replacement) {
-    if (name.IsEmpty()) {
+    std::size_t const length = detail::View(name).size();
+    if (length == 0) {
         return;
     }
     char16_t* text = name.GetBuffer(0);
     char16_t* const end = std::remove_if(
-        text, text + name.GetLength(), [](char16_t c) { return InvalidCharacters.find(c) != InvalidCharacters.npos; });
+        text, text + length, [](char16_t c) { return InvalidCharacters.find(c) != InvalidCharacters.npos; });
     std::replace(text, end, u' ', replacement);
     name.GetBufferSetLength(static_cast<int>(end - text));
 }

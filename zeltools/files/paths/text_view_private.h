@@ -6,14 +6,15 @@
 
 #include "zeltools/foundation/xstring.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
 namespace detail {
 
-/// A view of the text, valid until it changes.
+/// A view of the text, valid until it changes. A text of more units than an int counts is taken for the empty one.
 inline std::u16string_view View(CXTString<char16_t> const& text) {
-    return {static_cast<char16_t const*>(text), static_cast<std::size_t>(text.GetLength())};
+    return {static_cast<char16_t const*>(text), static_cast<std::size_t>(std::max(text.GetLength(), 0))};
 }
 
 inline CXTString<char16_t> Text(std::u16string_view view) {
@@ -24,7 +25,8 @@ inline CXTString<char16_t> Text(std::u16string_view view) {
 template <typename... Views>
 CXTString<char16_t> Join(Views... views) {
     CXTString<char16_t> text;
-    char16_t* out = text.GetBufferSetLength(static_cast<int>((std::u16string_view(views).size() + ... + 0)));
+    text.SetLength((std::u16string_view(views).size() + ... + 0)); // can be more than an int holds
+    char16_t* out = text.GetText();
     ((out += std::u16string_view(views).copy(out, std::u16string_view::npos)), ...);
     return text;
 }
