@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Who may include whom: no cycle between files, no lower floor above itself, no header of the system above
-platform/linux/, no Qt but in desktop/ and the viewer.
+platform/linux/, no Qt but in desktop/, the viewer, and the benchmarks that run beside it.
 
 The floors and the files that may break them stand in docs/architecture.md, in blocks fenced as ```floors (lowest
 first, one a line) and ```exceptions (pattern: floor floor...), so that the page cannot drift from the rule.
@@ -12,6 +12,8 @@ import re
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 
 OURS = "zeltools/"
+
+QT_FOLDERS = ("desktop/", "apps/zelview/", "tests/desktop/", "benchmarks/")
 
 # C's own headers are spelt <cstdio> here, so whatever else ends in .h is the system's; those for the processor's vector
 # instructions and for OpenMP come with the compiler, on every system.
@@ -34,8 +36,8 @@ def includes_of(tree, name):
 def system_headers(included):
     for name, lines in included.items():
         for line, header in lines:
-            if re.match(r"Q[A-Z]|Qt", header) and not name.startswith(("desktop/", "apps/zelview/", "tests/desktop/")):
-                yield f"{name}:{line}: <{header}> is Qt's, which only desktop/ and the viewer may know"
+            if re.match(r"Q[A-Z]|Qt", header) and not name.startswith(QT_FOLDERS):
+                yield f"{name}:{line}: <{header}> is Qt's, which only desktop/, the viewer and benchmarks may know"
             if (name.startswith(OURS) and not name.startswith("zeltools/platform/linux/")
                     and SYSTEM.match(header)):
                 yield f"{name}:{line}: <{header}> is the system's, which only platform/linux/ may know"
