@@ -121,8 +121,8 @@ int CXStdioFile::CloseStream() {
     handle = nullptr;
     closeOnDelete = false;
     FILE* const closed = std::exchange(stream, nullptr);
-    auto const address =
-        reinterpret_cast<std::uintptr_t>(closed); // the stream itself is gone when the hook hears of it
+    // The stream itself is gone when the hook hears of it; volatile, lest the compiler take it for a use of the stream.
+    std::uintptr_t const volatile address = reinterpret_cast<std::uintptr_t>(closed);
     errno = 0;
     int const result = std::fclose(closed);
     int const error = errno;
