@@ -2,6 +2,7 @@
 #include "zeltools/persistence/xfile_find.h"
 
 #include "zeltools/files/paths/absolute_paths.h"
+#include "zeltools/files/paths/attribute_summary_private.h"
 #include "zeltools/files/paths/current_directory.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/characters.h"
@@ -12,18 +13,6 @@
 ZEL_IMPLEMENT_RUNTIME_CLASS(CXFileFind, CXObject, RuntimeClassNotSerializable)
 
 namespace {
-
-unsigned int AttributesOf(platform::FindData const& data) {
-    constexpr unsigned int Unknown = 0xFFFFFFFF;
-    unsigned int const system = data.attributes;
-    if (system == Unknown) {
-        return 0;
-    }
-    return ((system & platform::FileAttributeNormal) != 0 ? XFILE_ATTRIBUTE_NORMAL : 0U) |
-           ((system & platform::FileAttributeReadOnly) != 0 ? XFILE_ATTRIBUTE_READ_ONLY : 0U) |
-           ((system & platform::FileAttributeHidden) != 0 ? XFILE_ATTRIBUTE_HIDDEN : 0U) |
-           ((system & platform::FileAttributeDirectory) != 0 ? XFILE_ATTRIBUTE_DIRECTORY : 0U);
-}
 
 bool EndsInBackslash(CXTString<char16_t> const& text) {
     return !text.IsEmpty() && text[text.GetLength() - 1] == u'\\';
@@ -58,7 +47,7 @@ bool CXFileFind::FindFile(char16_t const* pattern) {
         return false;
     }
     findHandle = search;
-    nextEntry = {data.name.c_str(), AttributesOf(data), data.sizeBytes};
+    nextEntry = {data.name.c_str(), detail::SummarizeAttributes(data.attributes), data.sizeBytes};
     root = FolderOf(wanted);
     return true;
 }
@@ -72,7 +61,7 @@ bool CXFileFind::FindNextFileW() {
     if (!platform::FindNextFileW(findHandle, data)) {
         return false;
     }
-    nextEntry = {data.name.c_str(), AttributesOf(data), data.sizeBytes};
+    nextEntry = {data.name.c_str(), detail::SummarizeAttributes(data.attributes), data.sizeBytes};
     return true;
 }
 
@@ -102,7 +91,7 @@ CXTString<char16_t> CXFileFind::GetFilePath() const {
 }
 
 unsigned long long CXFileFind::GetFileLength() const {
-    return currentEntry.size;
+    return currentEntry.sizeBytes;
 }
 
 bool CXFileFind::IsDots() const {

@@ -9,17 +9,10 @@
 
 #pragma once
 
+#include "zeltools/files/paths/file_find_info.h"
 #include "zeltools/foundation/api.h"
 #include "zeltools/foundation/xobject.h"
 #include "zeltools/foundation/xstring.h"
-
-/// What an entry is; bits of one word.
-enum XFILE_ATTRIBUTE : unsigned int {
-    XFILE_ATTRIBUTE_NORMAL = 1, ///< None of the system's special attributes.
-    XFILE_ATTRIBUTE_READ_ONLY = 2,
-    XFILE_ATTRIBUTE_HIDDEN = 4,
-    XFILE_ATTRIBUTE_DIRECTORY = 8
-};
 
 /// A search in a folder. Without one under way every question is answered by false, 0 or the empty text.
 ///
@@ -59,7 +52,7 @@ public:
     bool IsDots() const;
 
     bool IsDirectory() const { return IsFileAttributeSet(XFILE_ATTRIBUTE_DIRECTORY); }
-    bool IsReadOnly() const { return IsFileAttributeSet(XFILE_ATTRIBUTE_READ_ONLY); }
+    bool IsReadOnly() const { return IsFileAttributeSet(XFILE_ATTRIBUTE_READONLY); }
     bool IsHidden() const { return IsFileAttributeSet(XFILE_ATTRIBUTE_HIDDEN); }
     bool IsNormal() const { return IsFileAttributeSet(XFILE_ATTRIBUTE_NORMAL); }
 
@@ -69,14 +62,8 @@ public:
     bool AreFileAttributesSet(unsigned int mask, bool all) const;
 
 private:
-    struct Entry {
-        CXTString<char16_t> name;
-        unsigned int attributes = 0; ///< XFILE_ATTRIBUTE bits.
-        unsigned long long size = 0;
-    };
-
-    Entry currentEntry;
-    Entry nextEntry;
+    xFileFindInfo currentEntry;
+    xFileFindInfo nextEntry;
     CXTString<char16_t> root; ///< The folder, slash-terminated.
     void* findHandle = nullptr;
 };
