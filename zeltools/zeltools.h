@@ -8,6 +8,10 @@
 #include <zeltools/files/file_info.h>
 #include <zeltools/files/file_name_spec.h>
 #include <zeltools/files/file_types.h>
+#include <zeltools/files/io_file.h>
+#include <zeltools/files/io_log_info.h>
+#include <zeltools/files/io_options.h>
+#include <zeltools/files/io_result.h>
 #include <zeltools/files/paths/absolute_paths.h>
 #include <zeltools/files/paths/compact_path.h>
 #include <zeltools/files/paths/current_directory.h>
@@ -33,6 +37,7 @@
 #include <zeltools/files/paths/valid_names.h>
 #include <zeltools/files/paths/wildcards.h>
 #include <zeltools/files/registered_file.h>
+#include <zeltools/files/reverse_buffer.h>
 #include <zeltools/foundation/api.h>
 #include <zeltools/foundation/application_data.h>
 #include <zeltools/foundation/application_path.h>

@@ -36,7 +36,7 @@ void SetDesktopHooks(DesktopHooks* hooks) {
 }
 
 MessageBoxAnswer SafestAnswer(MessageBoxButtons buttons) {
-    switch (buttons) {
+    switch (static_cast<MessageBoxButtons>(buttons & MessageBoxButtonMask)) {
     case MessageBoxOk: return AnswerOk;
     case MessageBoxAbortRetryIgnore: return AnswerAbort;
     case MessageBoxYesNo: return AnswerNo;

@@ -22,6 +22,12 @@ enum MessageBoxButtons : unsigned int {
     MessageBoxRetryCancel = 5
 };
 
+/// Added to the buttons: the sign in the box is a warning.
+inline constexpr unsigned int MessageBoxExclamation = 48;
+
+/// The buttons without what is added to them.
+inline constexpr unsigned int MessageBoxButtonMask = 0xF;
+
 /// The button that was chosen.
 enum MessageBoxAnswer {
     AnswerOk = 1,
@@ -39,6 +45,7 @@ public:
     virtual ~DesktopHooks() = default;
 
     /// Shows a message in a box that the active window owns, and waits for a button.
+    /// @param buttons  With MessageBoxExclamation where the sign is to be a warning.
     virtual MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const& text, MessageBoxButtons buttons) = 0;
 
     /// The width of a text in a window's font, in pixels; nothing where there is no way to measure it.
@@ -46,6 +53,9 @@ public:
 
     /// The width of a window's client area, in pixels; 0 without one.
     virtual int GetClientWidth(CWnd* window) = 0;
+
+    /// Shows that the program is at work, until it is called as often with false as with true. Nothing by itself.
+    virtual void ShowBusy(bool) {}
 };
 
 /// The desktop that is installed, or the headless one: its message boxes go to standard error and answer with the

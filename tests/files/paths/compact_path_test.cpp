@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/files/paths/compact_path.h"
 
+#include "tests/support/noting_desktop.h"
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
 #include "zeltools/files/paths/valid_names.h"
-#include "zeltools/foundation/desktop_hooks_private.h"
 #include "zeltools/foundation/xload_string.h"
 
 #include <gtest/gtest.h>
@@ -12,24 +12,6 @@
 namespace {
 
 using Text = CXTString<char16_t>;
-
-// Shows boxes by noting their text, and draws each character 10 pixels wide.
-class NotingDesktop final : public detail::DesktopHooks {
-public:
-    NotingDesktop() { detail::SetDesktopHooks(this); }
-    ~NotingDesktop() override { detail::SetDesktopHooks(nullptr); }
-    NotingDesktop(NotingDesktop const&) = delete;
-    NotingDesktop& operator=(NotingDesktop const&) = delete;
-
-    detail::MessageBoxAnswer ShowMessageBox(Text const& text, detail::MessageBoxButtons) override {
-        shown = text;
-        return detail::AnswerYes;
-    }
-    std::optional<int> MeasureText(CWnd*, Text const& text) override { return 10 * text.GetLength(); }
-    int GetClientWidth(CWnd*) override { return 200; }
-
-    Text shown;
-};
 
 int windowStandIn = 0;
 CWnd* const window = reinterpret_cast<CWnd*>(&windowStandIn); // only handed on
@@ -73,7 +55,7 @@ TEST(ValidNames, ChecksWhatIsAskedForAndSaysWhy) {
             expected += xLoadString(message);
         }
         EXPECT_EQ(fileIsValidFileName(row.name, row.flags), row.isValid);
-        EXPECT_EQ(desktop.shown, expected);
+        EXPECT_EQ(desktop.boxes.empty() ? Text() : desktop.boxes.back().text, expected);
     }
 }
 
