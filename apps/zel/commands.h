@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 namespace zel {
 
 /// What the process answers: scripts rely on these numbers.
@@ -39,6 +43,34 @@ int RunList(ListOptions const& options);
 
 /// Prints the values of a custom data stream, or of each record of a preferences file.
 int RunDump(std::string const& nativePath);
+
+/// What is done with a preferences file.
+enum class PrefsAction {
+    List,
+    Show,
+    Get,
+    Set,
+    Unset,
+    Diff
+};
+
+struct PrefsOptions {
+    PrefsAction action = PrefsAction::List;
+    std::string file; ///< Native name.
+    std::string otherFile;
+    std::string key1; ///< Empty where no record is named.
+    std::string key2;
+    std::string id;                 ///< Empty where no value is named.
+    std::vector<std::string> words; ///< The value to set.
+    std::string type;               ///< Its type; empty for the one that it has.
+    bool json = false;
+};
+
+/// Adds `zel prefs` with its actions to the command line.
+CLI::App* AddPrefsCommand(CLI::App& app, PrefsOptions& options);
+
+/// Reads or changes a preferences file. Comparing two that differ answers ExitSomeFailed.
+int RunPrefs(PrefsOptions const& options);
 
 /// Lists the registered file types.
 int RunTypes(bool json);

@@ -2,6 +2,7 @@
 // zel: catalogues folders of image and scene files through the toolkit.
 
 #include "commands.h"
+#include "list_settings.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/log_file.h>
@@ -12,7 +13,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fmt/format.h>
-#include <map>
 
 namespace {
 
@@ -51,24 +51,8 @@ int main(int argc, char** argv) {
     CLI::App* const listCommand =
         app.add_subcommand("list", "List files with what their names tell, and totals by kind");
     listCommand->add_option("PATH", list.paths, "Files and folders")->required();
-    listCommand->add_flag("-r,--recursive", list.recursive, "Enter the folders below too; links are not followed");
-    listCommand->add_flag("--json", list.json, "Print JSON");
-    std::map<std::string, zel::SortBy> const orders = {{"name", zel::SortBy::Name},
-                                                       {"size", zel::SortBy::Size},
-                                                       {"date", zel::SortBy::Date},
-                                                       {"kind", zel::SortBy::Kind}};
-    listCommand->add_option("--sort", list.sort, "Sort all rows by name, size, date or kind")
-        ->transform(CLI::CheckedTransformer(orders))
-        ->option_text("KEY");
-    std::map<std::string, zel::ProgressStyle> const styles = {{"bar", zel::ProgressStyle::Bar},
-                                                              {"lines", zel::ProgressStyle::Lines},
-                                                              {"json", zel::ProgressStyle::Json},
-                                                              {"none", zel::ProgressStyle::None}};
-    listCommand
-        ->add_option("--progress", list.progress,
-                     "Show progress on standard error: bar (the default on a terminal), lines, json or none")
-        ->transform(CLI::CheckedTransformer(styles))
-        ->option_text("STYLE");
+    zel::ListChoices choices;
+    zel::AddListChoices(*listCommand, choices);
     std::string log;
     listCommand->add_option("--log", log, "Write a log of the work into FILE, in place of what it holds")
         ->option_text("FILE");
@@ -77,6 +61,9 @@ int main(int argc, char** argv) {
     CLI::App* const dumpCommand =
         app.add_subcommand("dump", "Print the values of a custom data stream or of a preferences file");
     dumpCommand->add_option("FILE", dumpFile, "A file of any generation")->required();
+
+    zel::PrefsOptions prefs;
+    CLI::App* const prefsCommand = zel::AddPrefsCommand(app, prefs);
 
     bool json = false;
     CLI::App* const typesCommand = app.add_subcommand("types", "List the file types that are known");
@@ -97,10 +84,15 @@ int main(int argc, char** argv) {
             fmt::print(stderr, "zel: {}: the log cannot be written\n", log);
             return zel::ExitSomeFailed;
         }
-        status = *listCommand    ? zel::RunList(list)
-                 : *dumpCommand  ? zel::RunDump(dumpFile)
-                 : *typesCommand ? zel::RunTypes(json)
-                                 : zel::RunWhere(json);
+        if (*listCommand) {
+            zel::ApplyListChoices(choices, list);
+            status = zel::RunList(list);
+        } else {
+            status = *prefsCommand   ? zel::RunPrefs(prefs)
+                     : *dumpCommand  ? zel::RunDump(dumpFile)
+                     : *typesCommand ? zel::RunTypes(json)
+                                     : zel::RunWhere(json);
+        }
     }
     if (status == zel::ExitInterrupted) {
         std::raise(SIGINT); // so that a shell's loop ends too
