@@ -158,7 +158,9 @@ TEST_F(LogFile, LevelsFilter) {
     WriteToLogFile(u"off\n");
     SetLogLevel(0xF0000);
     WriteToLogFile(0, u"%s\n", std::u16string(5000, u'x').c_str());
-    EXPECT_EQ(Lines(), "five\n\xE9\n" + std::string(5000, 'x') + "\n");
+    WriteToLogFile(0, "%s\n", std::string(600, 'y').c_str());
+    WriteToLogFile(0, "");
+    EXPECT_EQ(Lines(), "five\n\xE9\n" + std::string(5000, 'x') + "\n" + std::string(600, 'y') + "\n");
     CloseLogFile();
     EXPECT_FALSE(IsLogFileEnabled());
     SetLogLevel(LogLevelNoFile);

@@ -6,6 +6,7 @@
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/application_data.h"
 #include "zeltools/foundation/application_path.h"
+#include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/hash_map.h"
 #include "zeltools/foundation/string_conversion.h"
 #include "zeltools/foundation/text_format.h"
@@ -13,10 +14,12 @@
 #include "zeltools/foundation/xtime.h"
 #include "zeltools/persistence/stdio_file_ex.h"
 #include "zeltools/platform/clock.h"
+#include "zeltools/platform/code_pages.h"
 #include "zeltools/platform/threads.h"
 #include "zeltools/process/thread_registry.h"
 #include "zeltools/process/xsingle_lock.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <memory>
 #include <mutex>
@@ -42,6 +45,7 @@ struct OpenLog {
     CStdioFileEx file{true};
     unsigned long long startTick = platform::GetTickCount64();
     CHashMap<ThreadId, ThreadId, unsigned int> tabs; // of the threads that have any
+    bool hasText = false;                            // so that its mark is there
 };
 
 std::atomic<unsigned int> indentLimit{0xFFFFFFFF};
@@ -79,10 +83,21 @@ public:
         va_end(again);
     }
     MessageText(char const* format, std::va_list arguments) {
-        CXTString<char> narrow;
-        narrow.FormatV(format, arguments);
-        large = static_cast<char const*>(narrow);
-        text = large;
+        char narrow[Room];
+        std::va_list again;
+        va_copy(again, arguments);
+        int const count = xFormatV(narrow, Room, format, arguments);
+        if (count < Room) { // no code page has a character of more units than bytes
+            int const units =
+                platform::MultiByteToWideChar(platform::CodePageAcp, 0, narrow, std::max(count, 0), room, Room - 1);
+            room[std::max(units, 0)] = 0;
+        } else {
+            CXTString<char> whole;
+            whole.FormatV(format, again);
+            large = static_cast<char const*>(whole);
+            text = large;
+        }
+        va_end(again);
     }
     MessageText(MessageText const&) = delete;
     MessageText& operator=(MessageText const&) = delete;
@@ -142,6 +157,17 @@ bool FindIndentation(unsigned int& tabs) {
     return tabs <= limit;
 }
 
+/// The first text goes the file's own way, which writes the mark where it is missing. To find that out it asks the
+/// system for the position, and so the others go as the units that they are.
+void WriteText(char16_t const* text) {
+    if (openLog->hasText) {
+        openLog->file.Write(text, xStrLen(text) * sizeof *text);
+    } else {
+        openLog->file.WriteString(text);
+        openLog->hasText = true;
+    }
+}
+
 void WriteLine(unsigned int word, char16_t const* text) {
     CXSingleLock const hold(&LogLockSection(), true);
     if (!openLog) {
@@ -152,9 +178,9 @@ void WriteLine(unsigned int word, char16_t const* text) {
         return;
     }
     if (tabs != 0) {
-        openLog->file.WriteString(WideString(u'\t', static_cast<int>(tabs)));
+        WriteText(WideString(u'\t', static_cast<int>(tabs)));
     }
-    openLog->file.WriteString(text);
+    WriteText(text);
     openLog->file.Flush();
 }
 
