@@ -41,8 +41,8 @@ TEST(CXFileFind, ShowsTheLastEntryWithFalse) {
     EXPECT_EQ(find.GetFileLength(), 5U);
     EXPECT_TRUE(find.IsReadOnly());
     EXPECT_FALSE(find.IsNormal());
-    EXPECT_TRUE(find.AreFileAttributesSet(XFILE_ATTRIBUTE_READ_ONLY | XFILE_ATTRIBUTE_HIDDEN, false));
-    EXPECT_FALSE(find.AreFileAttributesSet(XFILE_ATTRIBUTE_READ_ONLY | XFILE_ATTRIBUTE_HIDDEN, true));
+    EXPECT_TRUE(find.AreFileAttributesSet(XFILE_ATTRIBUTE_READONLY | XFILE_ATTRIBUTE_HIDDEN, false));
+    EXPECT_FALSE(find.AreFileAttributesSet(XFILE_ATTRIBUTE_READONLY | XFILE_ATTRIBUTE_HIDDEN, true));
     EXPECT_EQ(Listing(find, (folder.Path() + u"pl*").c_str()), "plain.");
     EXPECT_TRUE(find.IsNormal());
     EXPECT_EQ(Listing(find, (folder.Path() + u".h*").c_str()), ".hidden.");
