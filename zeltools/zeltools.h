@@ -49,6 +49,7 @@
 #include <zeltools/foundation/characters.h>
 #include <zeltools/foundation/delete_ptr_safe.h>
 #include <zeltools/foundation/exit_callbacks.h>
+#include <zeltools/foundation/first_launch.h>
 #include <zeltools/foundation/four_cc.h>
 #include <zeltools/foundation/fpoint.h>
 #include <zeltools/foundation/frect.h>

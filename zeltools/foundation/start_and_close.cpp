@@ -9,6 +9,8 @@
 #include "zeltools/foundation/log_file_private.h"
 #include "zeltools/foundation/xruntime_class_private.h"
 #include "zeltools/platform/modules.h"
+#include "zeltools/platform/native_path.h"
+#include "zeltools/platform/registry.h"
 #include "zeltools/platform/threads.h"
 #include "zeltools/process/application_state_private.h"
 #include "zeltools/process/custom_thread.h"
@@ -23,6 +25,11 @@ namespace {
 std::atomic<bool> applicationInitialised;
 std::atomic<int> zelToolsUseCount;
 
+void LogDamagedRegistry(std::string const& newName) {
+    detail::TraceToLog(u"Registry: the store was damaged and is set aside as %s\n",
+                       platform::FromNativePath(newName).c_str());
+}
+
 /// The steps of a first start, in their order: each may rely on the ones before.
 void Start(char16_t const* applicationPath, unsigned int flags, char16_t const* logFile) {
     ApplicationMainThreadId.store(platform::GetCurrentThreadId());
@@ -30,6 +37,7 @@ void Start(char16_t const* applicationPath, unsigned int flags, char16_t const* 
     if (logFile) {
         SetLogFile(logFile, LogFileModeReplace, LogLevelThreshold);
     }
+    platform::SetRegistryDamageReporter(&LogDamagedRegistry);
     detail::TraceToLog(u"InitQuenbyApplication\n%d core will be used by default (use OMPSetMaxThreadCount, or define "
                        u"OMP_NUM_THREADS under linux, to change the behavior)\n",
                        static_cast<int>(OMPGetMaxThreadCount(true)));

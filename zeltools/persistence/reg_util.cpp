@@ -229,6 +229,10 @@ bool CRegUtil::InitPath(CXArray<CXTString<char16_t>, CXTString<char16_t> const&>
     return isThere;
 }
 
+CXTString<char16_t> CRegUtil::GetExitText() const {
+    return platform::FormatMessageW(static_cast<unsigned int>(lastError)).c_str();
+}
+
 // Opening and closing -------------------------------------------------------------------------------------------------
 
 bool CRegUtil::OpenBase(bool create) {
@@ -339,6 +343,21 @@ bool CRegUtil::GetKeyBin(CXTString<char16_t> const& name, void* data, unsigned i
 bool CRegUtil::WriteKeyBin(CXTString<char16_t> const& name, void const* data, unsigned int size) {
     Scope const base(*this, false);
     return base && Answer(platform::RegSetValueExW(base.Key(), name, RegBinary, data, size));
+}
+
+bool CRegUtil::GetKeyValue(CXTString<char16_t> const& name, unsigned int& type, CXArray<unsigned char>& bytes) {
+    Scope const base(*this, false);
+    std::string found;
+    if (!base || !Answer(platform::ReadRegistryValue(base.Key(), name, type, found))) {
+        return false;
+    }
+    bytes.Copy(reinterpret_cast<unsigned char const*>(found.data()), static_cast<int>(found.size()));
+    return true;
+}
+
+bool CRegUtil::WriteKeyValue(CXTString<char16_t> const& name, unsigned int type, void const* data, unsigned int size) {
+    Scope const base(*this, false);
+    return base && Answer(platform::RegSetValueExW(base.Key(), name, type, data, size));
 }
 
 bool CRegUtil::WriteRegNoneKey(CXTString<char16_t> const& name) {

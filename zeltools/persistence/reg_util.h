@@ -69,6 +69,9 @@ public:
     /// The registry's status of the last operation: 0 for success, 2 for a missing key or value, 5 for access denied.
     int GetExitCode() const { return lastError; }
 
+    /// What the exit code means, as a sentence in the thread's language.
+    CXTString<char16_t> GetExitText() const;
+
     // ---- The key and the keys below ----
 
     /// Whether a key stands below this one.
@@ -99,6 +102,11 @@ public:
     /// @param size  Bytes that `data` has room for; receives those of the value, also with the exit code 234.
     bool GetKeyBin(CXTString<char16_t> const& name, void* data, unsigned int& size);
     bool WriteKeyBin(CXTString<char16_t> const& name, void const* data, unsigned int size);
+
+    /// Reads the bytes of a value with their type, whatever it is.
+    bool GetKeyValue(CXTString<char16_t> const& name, unsigned int& type, CXArray<unsigned char>& bytes);
+    /// Writes bytes under any type.
+    bool WriteKeyValue(CXTString<char16_t> const& name, unsigned int type, void const* data, unsigned int size);
 
     /// Writes a value of the type RegNone, without bytes: its name is all it says.
     bool WriteRegNoneKey(CXTString<char16_t> const& name);

@@ -5,6 +5,9 @@
 // native folder or to a share; a share is found through the mount table when the drive is used. Entries that
 // are no letter, or lead to no absolute folder, are left out; the last entry of a letter counts.
 //
+// Without the variable they are the texts of the registry key HKEY_CURRENT_USER\Software\ZelTools\Drives: the value's
+// name is the letter, its text the folder (/mnt/c or \mnt\c) or the share. A change there is seen at once.
+//
 // Threads: any, as long as nobody changes the environment meanwhile.
 
 #pragma once

@@ -2,11 +2,14 @@
 #include "zeltools/platform/drives.h"
 
 #include "zeltools/platform/current_directory.h"
+#include "zeltools/platform/environment.h"
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/linux/mount_table.h"
 #include "zeltools/platform/linux/path_names.h"
 #include "zeltools/platform/native_path.h"
 #include "zeltools/platform/network_drives.h"
+#include "zeltools/platform/registry.h"
+#include "zeltools/platform/registry_values.h"
 
 #include <algorithm>
 #include <array>
@@ -21,39 +24,79 @@ namespace {
 constexpr std::size_t LetterCount = 26;
 using DriveTable = std::array<std::string, LetterCount>; // "/mnt/c", "//server/share", "/" for the root; empty: none
 
+/// Enters a drive, unless the letter is none or the target no absolute folder.
+void AddDrive(DriveTable& table, char16_t driveLetter, std::string target) {
+    char16_t const letter = driveLetter & ~0x20;
+    if (letter < u'A' || letter > u'Z' || target.empty() || target[0] != '/') {
+        return;
+    }
+    while (target.size() > 1 && target.back() == '/') {
+        target.pop_back();
+    }
+    table[static_cast<std::size_t>(letter - u'A')] = std::move(target);
+}
+
 DriveTable ParseDrives(std::string_view text) {
     DriveTable table;
     while (!text.empty()) {
         std::size_t const end = std::min(text.find(';'), text.size());
         std::string_view const entry = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
-        auto const letter = static_cast<unsigned char>(entry.empty() ? 0 : entry[0] & ~0x20);
-        if (entry.size() < 3 || letter < 'A' || letter > 'Z' || entry[1] != '=' || entry[2] != '/') {
-            continue;
+        if (entry.size() >= 3 && entry[1] == '=') {
+            AddDrive(table, static_cast<unsigned char>(entry[0]), std::string{entry.substr(2)});
         }
-        std::string target{entry.substr(2)};
-        while (target.size() > 1 && target.back() == '/') {
-            target.pop_back();
-        }
-        table[letter - 'A'] = std::move(target);
     }
     return table;
 }
 
-/// The table of the environment's present text, read anew when the text has changed.
+DriveTable ReadDrivesFromRegistry() {
+    DriveTable table;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, u"Software\\ZelTools\\Drives", KeyQueryValue, &key) != ErrorSuccess) {
+        return table;
+    }
+    std::u16string name(MaxValueName + 1, u'\0');
+    auto length = static_cast<unsigned int>(name.size());
+    for (unsigned int index = 0;
+         RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr) == ErrorSuccess; ++index) {
+        unsigned int type = 0;
+        std::string bytes;
+        std::string target;
+        if (length == 1 && ReadRegistryValue(key, name.c_str(), type, bytes) == ErrorSuccess &&
+            (type == RegString || type == RegExpandString)) {
+            std::u16string const text = TextOfValue(bytes, false);
+            if (ToNativeName(type == RegExpandString ? ExpandEnvironmentStrings(text) : text, target)) {
+                AddDrive(table, name[0], std::move(target));
+            }
+        }
+        length = static_cast<unsigned int>(name.size());
+    }
+    RegCloseKey(key);
+    return table;
+}
+
+/// The table of the environment's present text, or without one of the registry; read anew when either has changed.
 DriveTable GetDriveTable() {
-    static std::mutex mutex; // guards the two below; nothing is taken under it
+    static std::mutex mutex; // guards the three below; nothing is taken under it
     static std::string parsedText;
+    static unsigned long long readVersion = 0; // of the registry; 0 for the table of `parsedText`
     static DriveTable table;
 
     char const* const variable = std::getenv("ZELTOOLS_DRIVES");
     std::string_view const text = variable == nullptr ? "" : variable;
-    std::lock_guard const lock{mutex};
-    if (text != parsedText) {
-        parsedText = text;
-        table = ParseDrives(text);
+    unsigned long long const version = variable == nullptr ? GetRegistryVersion() : 0;
+    {
+        std::lock_guard const lock{mutex};
+        if (version == readVersion && version != ~0ULL && (version != 0 || text == parsedText)) {
+            return table;
+        }
     }
-    return table;
+    DriveTable fresh = version == 0 ? ParseDrives(text) : ReadDrivesFromRegistry();
+    std::lock_guard const lock{mutex};
+    readVersion = version;
+    parsedText = text;
+    table = fresh;
+    return fresh;
 }
 
 bool IsDriveLetter(char16_t letter) {
