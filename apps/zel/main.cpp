@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "list_settings.h"
+#include "registry_command.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/log_file.h>
@@ -71,6 +72,9 @@ int main(int argc, char** argv) {
     CLI::App* const whereCommand = app.add_subcommand("where", "Tell where the program keeps its data");
     whereCommand->add_flag("--json", json, "Print JSON");
 
+    zel::RegistryOptions registry;
+    CLI::App* const registryCommand = zel::AddRegistryCommand(app, registry);
+
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
@@ -88,10 +92,11 @@ int main(int argc, char** argv) {
             zel::ApplyListChoices(choices, list);
             status = zel::RunList(list);
         } else {
-            status = *prefsCommand   ? zel::RunPrefs(prefs)
-                     : *dumpCommand  ? zel::RunDump(dumpFile)
-                     : *typesCommand ? zel::RunTypes(json)
-                                     : zel::RunWhere(json);
+            status = *prefsCommand      ? zel::RunPrefs(prefs)
+                     : *registryCommand ? zel::RunRegistry(registry)
+                     : *dumpCommand     ? zel::RunDump(dumpFile)
+                     : *typesCommand    ? zel::RunTypes(json)
+                                        : zel::RunWhere(json);
         }
     }
     if (status == zel::ExitInterrupted) {
