@@ -7,7 +7,6 @@
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/characters.h"
 #include "zeltools/platform/errors.h"
-#include "zeltools/platform/files.h"
 #include "zeltools/platform/find_files.h"
 
 ZEL_IMPLEMENT_RUNTIME_CLASS(CXFileFind, CXObject, RuntimeClassNotSerializable)

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// What the tests of the file classes share.
+
+#pragma once
+
+#include "zeltools/foundation/xfile_exception.h"
+
+#include <filesystem>
+#include <string>
+
+namespace support {
+
+/// What a call throws: "cause 13", "memory", "argument" or "nothing".
+template <class Call>
+std::string Thrown(Call call) {
+    try {
+        call();
+    } catch (CXFileException* e) {
+        std::string const cause = "cause " + std::to_string(e->cause);
+        e->Delete();
+        return cause;
+    } catch (CXMemoryException* e) {
+        e->Delete();
+        return "memory";
+    } catch (CXInvalidArgException* e) {
+        e->Delete();
+        return "argument";
+    }
+    return "nothing";
+}
+
+/// Descriptors that the process has open.
+inline std::ptrdiff_t OpenDescriptors() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+} // namespace support

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/persistence/xfile.h"
+
+#include "tests/persistence/file_kinds.h"
+#include "tests/support/printers.h"
+#include "tests/support/temporary_folder.h"
+#include "zeltools/persistence/file_hook.h"
+#include "zeltools/persistence/framework_file.h"
+#include "zeltools/persistence/xstdio_file.h"
+#include "zeltools/platform/errors.h"
+#include "zeltools/platform/files.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+using support::OpenDescriptors;
+using support::Thrown;
+
+namespace {
+
+constexpr unsigned int ReadWriteAlways = XFILE_OPEN_READWRITE | XFILE_OPEN_CREATE | XFILE_OPEN_NO_TRUNCATE;
+
+int OpenCause(std::u16string const& path, unsigned int flags) {
+    CXFile file;
+    CXFileException failure;
+    return file.Open(path.c_str(), flags, &failure) ? 0 : failure.cause;
+}
+
+/// Each access against each share mode: which accesses let the second one in is the table's own arithmetic.
+struct Mode {
+    unsigned int flags;
+    unsigned int uses;   // 1 reading, 2 writing
+    unsigned int shares; // the same bits
+};
+
+std::vector<Mode> AllModes() {
+    std::vector<Mode> modes;
+    for (Mode const access :
+         {Mode{XFILE_OPEN_READ, 1, 0}, Mode{XFILE_OPEN_WRITE, 2, 0}, Mode{XFILE_OPEN_READWRITE, 3, 0}, Mode{3, 1, 0}}) {
+        for (Mode const share :
+             {Mode{XFILE_SHARE_EXCLUSIVE, 0, 0}, Mode{XFILE_SHARE_DENY_WRITE, 0, 1}, Mode{XFILE_SHARE_DENY_READ, 0, 2},
+              Mode{XFILE_SHARE_DENY_NONE, 0, 3}, Mode{0, 0, 0}, Mode{0x70, 0, 0}}) {
+            modes.push_back({access.flags | share.flags, access.uses, share.shares});
+        }
+    }
+    return modes;
+}
+
+std::string TryAllModes(std::u16string const& path) {
+    std::string answers;
+    for (Mode const& mode : AllModes()) {
+        int const cause = OpenCause(path, mode.flags);
+        answers += cause == 0 ? '1' : cause == CXFileException::sharingViolation ? '0' : '?';
+    }
+    return answers;
+}
+
+TEST(CXFile, EveryAccessAgainstEveryShareModeInOneProcessAndInTwo) {
+    TemporaryFolder const folder;
+    folder.Write("file", "content");
+    std::u16string const path = folder.Path(std::string_view("file"));
+    for (Mode const& first : AllModes()) {
+        CXFile const holder(path.c_str(), first.flags);
+        std::string expected;
+        for (Mode const& second : AllModes()) {
+            expected += (first.uses & ~second.shares) == 0 && (second.uses & ~first.shares) == 0 ? '1' : '0';
+        }
+        EXPECT_EQ(TryAllModes(path), expected) << first.flags;
+        pid_t const child = fork();
+        if (child == 0) {
+            _exit(TryAllModes(path) == expected ? 0 : 1);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << first.flags;
+        EXPECT_EQ(OpenCause(path, XFILE_OPEN_CREATE | XFILE_OPEN_WRITE), CXFileException::sharingViolation);
+    }
+    EXPECT_EQ(folder.Read("file"), "content"); // a refused create has cut nothing
+}
+
+TEST(CXFile, OpensOrSaysWhyNot) {
+    TemporaryFolder const folder;
+    folder.Write("file", "old");
+    folder.Write(std::string(120, 'd') + "/" + std::string(60, 'e') + "/x");
+    std::u16string const longFolder = folder.Path(std::string(120, 'd') + "/" + std::string(60, 'e') + "/");
+    auto const ofLength = [&](std::size_t length) {
+        return longFolder + std::u16string(length - longFolder.size(), u'n');
+    };
+    struct {
+        std::u16string path;
+        unsigned int flags;
+        int cause;
+    } const rows[] = {{u"", XFILE_OPEN_READ, CXFileException::badPath},
+                      {folder.Path(), XFILE_OPEN_READ, CXFileException::accessDenied},
+                      {folder.Path(std::string_view("none")), XFILE_OPEN_READ, CXFileException::fileNotFound},
+                      {folder.Path(std::string_view("none")), XFILE_OPEN_NO_TRUNCATE, CXFileException::fileNotFound},
+                      {folder.Path(std::string_view("none/a")), ReadWriteAlways, CXFileException::badPath},
+                      {ofLength(259), ReadWriteAlways, 0},
+                      {ofLength(260), ReadWriteAlways, CXFileException::badPath},
+                      {folder.Path(std::string_view("file")), ReadWriteAlways, 0},
+                      {folder.Path(std::string_view("new")), XFILE_OPEN_CREATE | XFILE_OPEN_WRITE, 0}};
+    for (auto const& row : rows) {
+        EXPECT_EQ(OpenCause(row.path, row.flags), row.cause) << testing::PrintToString(row.path);
+    }
+    EXPECT_EQ(folder.Read("file"), "old");
+    EXPECT_EQ(OpenCause(folder.Path(std::string_view("file")), XFILE_OPEN_CREATE), 0);
+    EXPECT_EQ(folder.Read("file"), "");
+
+    CXFile file(false);
+    CXFileException failure;
+    EXPECT_FALSE(file.Open(nullptr, 0, &failure));
+    EXPECT_EQ(failure.cause, CXFileException::badPath);
+    EXPECT_FALSE(file.Open(folder.Path(std::string_view("none")).c_str(), 0, nullptr));
+    EXPECT_EQ(Thrown([&] { CXFile(folder.Path().c_str(), XFILE_OPEN_READ); }), "cause 5");
+}
+
+TEST(CXFile, ReadsWritesSeeksAndCuts) {
+    TemporaryFolder const folder;
+    std::u16string const path = folder.Path(std::string_view("file"));
+    CXFile file(path.c_str(), ReadWriteAlways);
+    EXPECT_EQ(file.GetFilePath(), path.c_str());
+    EXPECT_EQ(file.GetFileName(), u"file");
+    file.Write("0123456789", 10);
+    file.Write("ignored", 0x100000000); // the low 32 bits are 0
+    char text[8]{};
+    EXPECT_EQ(file.Seek(-4, CXFile::end), 6U);
+    EXPECT_EQ(file.Read(text, 0x100000003), 3U);
+    EXPECT_STREQ(text, "678");
+    EXPECT_EQ(file.Read(text, 8), 1U);
+    EXPECT_EQ(file.Read(nullptr, 0), 0U);
+    EXPECT_EQ(file.Seek(-1, CXFile::begin), CXFile::BadPosition);
+    EXPECT_EQ(file.Seek(0, static_cast<CXFile::SeekPosition>(3)), CXFile::BadPosition);
+    EXPECT_EQ(file.GetPosition(), 10U);
+    EXPECT_TRUE(file.SetLength(4));
+    EXPECT_EQ(file.GetPosition(), 4U);
+    EXPECT_EQ(file.GetLength(), 4U);
+    file.Flush();
+    EXPECT_TRUE(file.Open(file.GetFilePath(), XFILE_OPEN_READ, nullptr)); // its own path, and the exclusive one before
+    EXPECT_EQ(Thrown([&] { file.Write("x", 1); }), "cause 5");
+    EXPECT_EQ(Thrown([&] { file.Read(nullptr, 1); }), "cause 1");
+    EXPECT_EQ(Thrown([&] { file.SetLength(1); }), "cause 5");
+    file.Close();
+    EXPECT_TRUE(file.GetFilePath().IsEmpty());
+    file.SetFilePath(u"C:\\dir\\name.ext");
+    EXPECT_EQ(file.GetFileName(), u"name.ext");
+}
+
+TEST(CXFile, AClosedFileFailsAsItWasToldTo) {
+    platform::SetLastError(platform::ErrorDiskFull); // of an earlier call; nobody may take it for theirs
+    char byte = 0;
+    for (bool const throws : {true, false}) {
+        CXFile file(throws);
+        auto const expected = [&](char const* name) { return std::string(throws ? name : "nothing"); };
+        EXPECT_EQ(Thrown([&] { EXPECT_EQ(file.Read(&byte, 1), 0U); }), expected("cause 1"));
+        EXPECT_EQ(Thrown([&] { file.Write(&byte, 1); }), expected("cause 1"));
+        EXPECT_EQ(Thrown([&] { EXPECT_EQ(file.GetLength(), 0U); }), expected("cause 5"));
+        EXPECT_EQ(Thrown([&] { EXPECT_FALSE(file.SetLength(1)); }), expected("cause 13"));
+        EXPECT_EQ(Thrown([&] { EXPECT_EQ(file.GetPosition(), CXFile::BadPosition); }), expected("cause 6"));
+        EXPECT_EQ(file.SeekToBegin(), CXFile::BadPosition);
+        file.Flush();
+        file.Close();
+        file.Abort();
+    }
+}
+
+TEST(CXFile, HandlesOfOthersAreNeverClosed) {
+    struct HostFile : CFile {
+        void* handle = nullptr;
+        CXTString<char16_t> GetFilePath() const override { return u"\\host\\file"; }
+        void* GetFileHandle() const override { return handle; }
+    };
+    TemporaryFolder const folder;
+    CXFile original(folder.Path(std::string_view("file")).c_str(), ReadWriteAlways);
+    std::ptrdiff_t const before = OpenDescriptors();
+    {
+        CXFile over(original.GetHandle(), true);
+        over.Write("by hand", 7);
+        over.Close();
+        CXFile again(original.GetHandle(), false);
+        again.Init(original.GetHandle());
+        EXPECT_EQ(Thrown([&] { again.Read(nullptr, 1); }), "cause 1"); // Init made it throw
+        HostFile host;
+        host.handle = original.GetHandle();
+        CXFile copy(&host, false);
+        EXPECT_EQ(OpenDescriptors(), before + 1);
+        EXPECT_EQ(copy.GetFilePath(), u"\\host\\file");
+        EXPECT_EQ(copy.GetPosition(), 7U);
+        host.handle = nullptr;
+        CXFile closed(&host, false);
+        EXPECT_EQ(Thrown([&] { closed.GetLength(); }), "cause 5"); // made to throw, too
+    }
+    EXPECT_EQ(OpenDescriptors(), before);
+    EXPECT_EQ(original.GetLength(), 7U);
+}
+
+TEST(CXFile, TheHookHearsOfEveryOpeningAndClosing) {
+    static std::vector<void*> heard;
+    EXPECT_EQ(xSetFileHook([](void* object, int value) { heard.insert(heard.end(), value == 1 ? object : nullptr); }),
+              nullptr);
+    TemporaryFolder const folder;
+    std::u16string const path = folder.Path(std::string_view("file"));
+    CXFile file(path.c_str(), ReadWriteAlways);
+    void* const handle = file.GetHandle();
+    file.Close();
+    file.Close();
+    CXStdioFile text(path.c_str(), XFILE_OPEN_READ);
+    void* const stream = text.GetStream();
+    text.Close();
+    text.Open(folder.Path().c_str(), XFILE_OPEN_READ, nullptr);
+    EXPECT_NE(xSetFileHook(nullptr), nullptr);
+    text.Open(path.c_str(), XFILE_OPEN_READ, nullptr);
+    EXPECT_EQ(heard, (std::vector<void*>{handle, handle, stream, stream}));
+}
+
+/// The message of an exception, which only derived classes see.
+struct Message : CXFileException {
+    static CXTString<char16_t> Of(CXFileException const& exception) {
+        return exception.*static_cast<CXTString<char16_t> CXException::*>(&Message::message);
+    }
+};
+
+TEST(CXFile, AFullDiskIsTold) {
+    CXFile full(u"\\dev\\full", XFILE_OPEN_WRITE | XFILE_SHARE_DENY_NONE);
+    EXPECT_EQ(Thrown([&] { full.Write("x", 1); }), "cause 13");
+
+    TemporaryFolder const folder;
+    if (mount("tmpfs", folder.Native().c_str(), "tmpfs", 0, "size=64k") != 0) {
+        GTEST_SKIP() << "only root can mount a small disk";
+    }
+    {
+        std::u16string const path = folder.Path(std::string_view("file"));
+        CXFile file(path.c_str(), ReadWriteAlways);
+        std::vector<char> const data(100'000);
+        try {
+            file.Write(data.data(), data.size());
+            ADD_FAILURE() << "100000 bytes on a disk of 65536";
+        } catch (CXFileException* e) { // a part was taken
+            EXPECT_EQ(e->cause, CXFileException::diskFull);
+            EXPECT_EQ(e->fileName, CXTString<char16_t>(u'\xFFFF', 1));
+            EXPECT_EQ(Message::Of(*e), path.c_str());
+            e->Delete();
+        }
+        EXPECT_EQ(Thrown([&] { file.Write(data.data(), 1); }), "cause 13");
+        CXStdioFile text(false);
+        EXPECT_TRUE(
+            text.Open(folder.Path(std::string_view("text")).c_str(), XFILE_OPEN_CREATE | XFILE_OPEN_WRITE, nullptr));
+        text.Write(data.data(), data.size());
+        text.Close();
+    }
+    umount(folder.Native().c_str());
+}
+
+TEST(CXFile, RunsOutOfDescriptorsAndIntoReadOnlyFolders) {
+    TemporaryFolder const folder;
+    folder.Write("file");
+    std::u16string const path = folder.Path(std::string_view("file"));
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit const none{3, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(OpenCause(path, XFILE_OPEN_READ), CXFileException::tooManyOpenFiles);
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(OpenCause(u"\\sys\\zel", ReadWriteAlways), CXFileException::accessDenied);
+}
+
+} // namespace
