@@ -6,11 +6,14 @@
 
 #include <zeltools/files/file_ext.h>
 #include <zeltools/files/file_info.h>
+#include <zeltools/files/file_io.h>
 #include <zeltools/files/file_name_spec.h>
+#include <zeltools/files/file_parser.h>
 #include <zeltools/files/file_types.h>
 #include <zeltools/files/io_file.h>
 #include <zeltools/files/io_log_info.h>
 #include <zeltools/files/io_options.h>
+#include <zeltools/files/io_plugins.h>
 #include <zeltools/files/io_result.h>
 #include <zeltools/files/paths/absolute_paths.h>
 #include <zeltools/files/paths/compact_path.h>
@@ -36,6 +39,9 @@
 #include <zeltools/files/paths/temporary_names.h>
 #include <zeltools/files/paths/valid_names.h>
 #include <zeltools/files/paths/wildcards.h>
+#include <zeltools/files/plugin_loader.h>
+#include <zeltools/files/plugin_report.h>
+#include <zeltools/files/plugins_directory.h>
 #include <zeltools/files/registered_file.h>
 #include <zeltools/files/reverse_buffer.h>
 #include <zeltools/foundation/api.h>

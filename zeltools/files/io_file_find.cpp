@@ -6,6 +6,7 @@
 #include "zeltools/files/io_file.h"
 #include "zeltools/files/io_memory_file_private.h"
 #include "zeltools/files/paths/path_parts.h"
+#include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/characters.h"
 #include "zeltools/persistence/stdio_file_ex.h"
 #include "zeltools/persistence/xfile_find.h"
@@ -19,6 +20,12 @@ constexpr char16_t const* AnyExtension = u".*";
 
 bool IsFilterless(CXTString<char16_t> const& extension) {
     return extension.IsEmpty() || extension == AnyExtension;
+}
+
+/// What the filter is compared with: the main extension of the file's type, or its own where it has no type.
+CXTString<char16_t> FilterExtensionOf(CXTString<char16_t> const& path) {
+    unsigned int const classId = fileGetClass(path);
+    return classId != 0 ? fileGetMainExtension(classId) : fileGetExtension(path);
 }
 
 CXTString<char16_t> ToString(std::u16string_view text) {
@@ -59,7 +66,7 @@ bool IoFile::FindFileNext(CXTString<char16_t>& found, bool& filterless, bool app
             continue;
         }
         CXTString<char16_t> const entry = finder->GetFilePath();
-        if (applyFilter && !takesAny && fileGetMainExtension(fileGetClass(entry)).CompareNoCase(extensionFilter) != 0) {
+        if (applyFilter && !takesAny && FilterExtensionOf(entry).CompareNoCase(extensionFilter) != 0) {
             continue;
         }
         found = entry;

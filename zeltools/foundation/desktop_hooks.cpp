@@ -25,6 +25,15 @@ std::atomic<DesktopHooks*> installedHooks = nullptr;
 
 } // namespace
 
+bool DesktopHooks::ChooseFile(CXTString<char16_t> const&, CXTString<char16_t> const&, bool, bool,
+                              CXTString<char16_t>&) {
+    return false;
+}
+
+bool DesktopHooks::ChooseFromList(CXArray<CXTString<char16_t>> const&, CXArray<CXTString<char16_t>>&) {
+    return false;
+}
+
 DesktopHooks& GetDesktopHooks() {
     static HeadlessDesktop headless;
     DesktopHooks* const hooks = installedHooks.load(std::memory_order_acquire);

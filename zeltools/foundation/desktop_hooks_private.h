@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/xarray.h"
 #include "zeltools/foundation/xstring.h"
 
 #include <optional>
@@ -47,6 +48,18 @@ public:
     /// Shows a message in a box that the active window owns, and waits for a button.
     /// @param buttons  With MessageBoxExclamation where the sign is to be a warning.
     virtual MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const& text, MessageBoxButtons buttons) = 0;
+
+    /// Lets the user choose a file.
+    ///
+    /// @param start    The name to begin with.
+    /// @param loading  Tells a box that opens from one that saves.
+    /// @param chosen   Receives the path.
+    /// @return false when the box was cancelled, as it always is without a desktop.
+    virtual bool ChooseFile(CXTString<char16_t> const& title, CXTString<char16_t> const& start, bool loading,
+                            bool multiple, CXTString<char16_t>& chosen);
+
+    /// Lets the user choose some of a list of names; false, with nothing chosen, when the box was cancelled.
+    virtual bool ChooseFromList(CXArray<CXTString<char16_t>> const& list, CXArray<CXTString<char16_t>>& chosen);
 
     /// The width of a text in a window's font, in pixels; nothing where there is no way to measure it.
     virtual std::optional<int> MeasureText(CWnd* window, CXTString<char16_t> const& text) = 0;

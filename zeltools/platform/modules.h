@@ -12,6 +12,9 @@ namespace platform {
 /// A loaded shared library. Null stands for the running program.
 using HMODULE = void*;
 
+/// Which files of a folder are shared libraries, by their name.
+inline constexpr char16_t const* LibraryPattern = u"*.so";
+
 /// Gives the path of the program (null) or of a loaded library. Empty with the last error when it cannot be found out.
 std::u16string GetModuleFileNameW(HMODULE module);
 

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/files/plugin_report.h"
+
+#include "zeltools/files/plugin_loader.h"
+#include "zeltools/foundation/exit_callbacks.h"
+#include "zeltools/foundation/log_file.h"
+#include "zeltools/foundation/xload_string.h"
+
+namespace {
+
+/// The message of outcome 0; the others follow.
+constexpr unsigned int FirstOutcomeText = 5600;
+
+CXArray<PluginReport>* reports;
+
+void DeleteReports() {
+    delete reports;
+    reports = nullptr;
+}
+
+PluginReport& EntryOf(PluginReport const& report) {
+    if (!reports) {
+        reports = new CXArray<PluginReport>;
+        AddApplicationExitCallback(&DeleteReports, 0);
+    }
+    for (int i = 0; i < reports->GetSize(); ++i) {
+        PluginReport& known = (*reports)[i];
+        if (known.path.CompareNoCase(report.path) == 0 && known.entryName.CompareNoCase(report.entryName) == 0) {
+            return known;
+        }
+    }
+    return (*reports)[reports->Add(report)];
+}
+
+} // namespace
+
+CXArray<PluginReport> const& GetPluginReports() {
+    static CXArray<PluginReport> const none;
+    return reports ? *reports : none;
+}
+
+CXTString<char16_t> GetPluginOutcomeText(PluginReport const& report) {
+    CXTString<char16_t> text = xLoadString(FirstOutcomeText + static_cast<unsigned int>(report.outcome));
+    if (report.outcome == PluginIsOfOtherRelease) {
+        CXTString<char16_t> filled;
+        filled.Format(text, report.release >> 16, report.release & 0xFFFF, PluginRelease >> 16, PluginRelease & 0xFFFF);
+        text = filled;
+    }
+    if (!report.details.IsEmpty()) {
+        text += u" ";
+        text += report.details;
+    }
+    return text;
+}
+
+void detail::TellPluginOutcome(PluginReport const& report) {
+    EntryOf(report) = report;
+    if (IsLogFileEnabled()) {
+        CXTString<char16_t> const text = GetPluginOutcomeText(report);
+        WriteToLogFile(u"Plug-in %s: %s\n", static_cast<char16_t const*>(report.path),
+                       static_cast<char16_t const*>(text));
+    }
+}
