@@ -109,6 +109,34 @@ TEST_F(Zel, BarFitsTheTerminalAndLeavesNoTrace) {
     EXPECT_EQ(piped.errors, "");
 }
 
+/// The characters of a log, all of which are ASCII here.
+std::string LogText(fs::path const& path) {
+    std::string const bytes = ReadWhole(path);
+    std::string text;
+    for (std::size_t i = 2; i < bytes.size(); i += 2) {
+        text += bytes[i];
+    }
+    return text;
+}
+
+TEST_F(Zel, LogTellsFoldersAndFailures) {
+    Make("a/b/c.bmp", "12345");
+    Make("a/new\nline/d.max");
+    Outcome const outcome = Run({"list", "-r", "--log", folder / "zel.log", Tree(), Tree() + "/none"});
+    EXPECT_EQ(outcome.status, 1);
+    std::string const log = LogText(folder / "zel.log");
+    EXPECT_THAT(log, HasSubstr("Logging information for zel ("));
+    EXPECT_THAT(log, HasSubstr(" core will be used by default"));
+    EXPECT_THAT(log, HasSubstr("\nzel list: " + Tree() + "\n\t" + Tree() + "/\n\t" + Tree() + "/a/\n"));
+    EXPECT_THAT(log, HasSubstr("/a/new\\x0Aline/\n")); // a name cannot forge a line
+    EXPECT_THAT(log, HasSubstr("/none was not found.\nzel list: 5 files, 6 bytes, 1 failures\nLog time : "));
+    EXPECT_EQ(Run({"list", "--log", "/dev/full", Tree()}).status, 1);
+    Outcome const refused = Run({"list", "--log", folder / "missing/zel.log", Tree()});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("missing/zel.log: the log cannot be written"));
+    EXPECT_EQ(refused.output, "");
+}
+
 TEST_F(Zel, InterruptionErasesTheBarAndEndsByItsSignal) {
     for (int i = 0; i < 3000; ++i) {
         Make(std::to_string(i) + std::string(50, 'n') + ".bmp");
@@ -119,7 +147,7 @@ TEST_F(Zel, InterruptionErasesTheBarAndEndsByItsSignal) {
     int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
     fcntl(reader, F_SETFL, 0);
     // The program stops where the pipe is full, in the middle of its work.
-    pid_t const child = Start({ZEL_PROGRAM, "list", Tree()}, pipe, terminal.Name());
+    pid_t const child = Start({ZEL_PROGRAM, "list", "--log", folder / "zel.log", Tree()}, pipe, terminal.Name());
     std::string shown = terminal.ReadSome();
     kill(child, SIGINT);
     std::string output;
@@ -132,6 +160,7 @@ TEST_F(Zel, InterruptionErasesTheBarAndEndsByItsSignal) {
     EXPECT_EQ(Wait(child), 1000 + SIGINT);
     EXPECT_THAT(shown, EndsWith("\r\033[K"));
     EXPECT_THAT(output, Not(HasSubstr("total")));
+    EXPECT_THAT(LogText(folder / "zel.log"), HasSubstr("zel list: interrupted\nLog time : "));
 }
 
 } // namespace
