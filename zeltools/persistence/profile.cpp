@@ -7,6 +7,7 @@
 #include "zeltools/platform/registry.h"
 #include "zeltools/platform/registry_values.h"
 
+#include <cassert>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -60,6 +61,10 @@ int ReadNumber(char16_t const* section, char16_t const* entry, T& value, T defau
 } // namespace
 
 int GetProfileBinary(char16_t const* section, char16_t const* entry, void** data, unsigned int* size) {
+    assert(data && size);
+    if (!data || !size) {
+        return 0;
+    }
     *data = nullptr;
     *size = 0;
     std::string bytes;

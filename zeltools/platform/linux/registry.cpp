@@ -395,7 +395,9 @@ int RegSetValueExW(HKEY handle, char16_t const* name, unsigned int type, void co
     if ((data == nullptr && size != 0) || size > MaxValueBytes || spelled.size() > MaxValueName) {
         return ErrorInvalidParameter;
     }
-    return RunRegistryTransaction(StoreUse::Create, [&](Database* database) -> int {
+    // A root is there before the store is; any other key went with it.
+    StoreUse const use = key.row <= LastRootRow ? StoreUse::Create : StoreUse::Change;
+    return RunRegistryTransaction(use, [&](Database* database) -> int {
         if (!IsThere(database, key.row)) {
             return ErrorKeyDeleted;
         }
