@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Many small reads and writes of a parser, through memory, beside the C library's buffered stream.
 #include "zeltools/files/io_file.h"
+
 #include "zeltools/platform/native_path.h"
 
 #include <benchmark/benchmark.h>

@@ -62,6 +62,12 @@ void Exchange(CCustomData& store, unsigned int id, std::map<std::string, Value> 
     }
 }
 
+/// Adds a flag and its opposite; the choice stays open where neither is given.
+void AddChoice(CLI::App& command, char const* names, std::optional<bool>& choice, char const* help) {
+    command.add_flag_function(
+        names, [&choice](std::int64_t count) { choice = count > 0; }, help);
+}
+
 void Remember(ListChoices& choices) {
     CXTString<char16_t> const path = GetPreferencesFile();
     CCustomData store;
@@ -79,9 +85,9 @@ void Remember(ListChoices& choices) {
 } // namespace
 
 void AddListChoices(CLI::App& command, ListChoices& choices) {
-    command.add_flag("-r,--recursive,!--no-recursive", choices.recursive,
-                     "Enter the folders below too; links are not followed");
-    command.add_flag("--json,!--no-json", choices.json, "Print JSON");
+    AddChoice(command, "-r,--recursive,!--no-recursive", choices.recursive,
+              "Enter the folders below too; links are not followed");
+    AddChoice(command, "--json,!--no-json", choices.json, "Print JSON");
     command.add_option("--sort", choices.sort, "Sort all rows by name, size, date or kind; walk for the walk's order")
         ->transform(CLI::CheckedTransformer(SortWords))
         ->option_text("KEY");
@@ -90,9 +96,9 @@ void AddListChoices(CLI::App& command, ListChoices& choices) {
                     "Show progress on standard error: bar, lines, json or none; auto for a bar on a terminal")
         ->transform(CLI::CheckedTransformer(ProgressWords))
         ->option_text("STYLE");
-    command.add_flag("--preferences,!--no-preferences", choices.preferences,
-                     "Start from the options used last and remember these: where standard output is a terminal, "
-                     "unless one of the two says otherwise");
+    AddChoice(command, "--preferences,!--no-preferences", choices.preferences,
+              "Start from the options used last and remember these: where standard output is a terminal, "
+              "unless one of the two says otherwise");
 }
 
 void ApplyListChoices(ListChoices choices, ListOptions& options) {

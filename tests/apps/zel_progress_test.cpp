@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What zel tells while it works: its progress on pipes and on a real terminal, and its log.
 
+#include "terminal.h"
 #include "zel_fixture.h"
 
-#include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sstream>
-#include <sys/ioctl.h>
 
 namespace {
 
@@ -16,40 +15,6 @@ using Json = nlohmann::json;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
-
-/// The master's side of a terminal of its own.
-class Terminal {
-public:
-    explicit Terminal(int columns) : master(posix_openpt(O_RDWR | O_NOCTTY)) {
-        grantpt(master);
-        unlockpt(master);
-        winsize const size{24, static_cast<unsigned short>(columns), 0, 0};
-        ioctl(master, TIOCSWINSZ, &size);
-    }
-    ~Terminal() { close(master); }
-    Terminal(Terminal const&) = delete;
-    Terminal& operator=(Terminal const&) = delete;
-
-    std::string Name() const { return ptsname(master); }
-
-    /// Some of what was written, or nothing when nobody has the terminal any more.
-    std::string ReadSome() const {
-        char buffer[4096];
-        ssize_t const count = read(master, buffer, sizeof buffer);
-        return {buffer, static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
-    }
-
-    std::string ReadAll() const {
-        std::string all;
-        for (std::string some = ReadSome(); !some.empty(); some = ReadSome()) {
-            all += some;
-        }
-        return all;
-    }
-
-private:
-    int master;
-};
 
 TEST_F(Zel, ProgressNeverRunsBackwardsAndEndsWithEverything) {
     for (int i = 0; i < 40; ++i) {
