@@ -158,6 +158,9 @@ bool CStdioFileEx::ReadTextLine(CXTString<char16_t>& line) {
         XFASTCA2W(line, narrowLine, encoding);
         return isRead;
     }
+    if (ReadPlainLine(line, false)) {
+        return true;
+    }
     Line bytes; // UTF-8 is converted right out of the stream
     bool const isRead = ReadLine(bytes, false);
     std::size_t const size = bytes.bytes ? strnlen(bytes.bytes, bytes.size) : 0;
@@ -179,7 +182,9 @@ void CStdioFileEx::TakePendingLine(CXTString<char16_t>& line, int carriageReturn
 }
 
 bool CStdioFileEx::ReadString(CXTString<char16_t>& line) {
-    SkipBoom();
+    if (skipBomPending) {
+        SkipBoom();
+    }
     if (carriageReturnLines && lineCursor != -1) {
         int const carriageReturn = pendingLine.Find(u'\r', lineCursor);
         if (carriageReturn >= 0) {

@@ -6,6 +6,7 @@
 
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/string_conversion.h"
+#include "zeltools/persistence/plain_text_private.h"
 #include "zeltools/persistence/xstdio_file.h"
 #include "zeltools/platform/code_pages.h"
 #include "zeltools/platform/streams.h"
@@ -117,15 +118,33 @@ bool CXStdioFile::ReadStringW(CXTString<char16_t>& text) {
         XFASTCA2W(text, narrow);
         return isRead;
     }
+    if (ReadPlainLine(text, true)) {
+        return true;
+    }
     Line line;
     bool const isRead = ReadLine(line, true);
     std::size_t const count = line.size / sizeof(char16_t); // a lone byte at the file's end is no character
     text.SetLength(count);
-    if (count > 0) {
-        std::memcpy(text.GetText(), line.bytes, count * sizeof(char16_t)); // the bytes may lie at an odd address
-        text.SetLength(xStrNLen(text.GetText(), count));
-    }
+    text.SetLength(count > 0 ? detail::CopyPlainText(line.bytes, count, text.GetText()) : 0);
     return isRead;
+}
+
+// The line must be short and lie whole in the stream's buffer.
+bool CXStdioFile::ReadPlainLine(CXTString<char16_t>& line, bool isWide) {
+    constexpr std::size_t LongestPlain = 256; // what a fresh string is given room for at once
+    std::size_t const unit = isWide ? sizeof(char16_t) : 1;
+    std::string_view const bytes = stream ? platform::PeekStream(stream) : std::string_view();
+    std::size_t const length = std::min(bytes.size() / unit, LongestPlain);
+    line.SetLength(length);
+    std::size_t count = 0;
+    std::size_t const stop = isWide ? (count = detail::CopyPlainText(bytes.data(), length, line.GetText()))
+                                    : detail::DecodePlainText(bytes.data(), length, line.GetText(), count);
+    if (stop == length || bytes[stop * unit] != '\n' || (isWide && bytes[stop * unit + 1] != 0)) {
+        return false;
+    }
+    line.SetLength(count);
+    platform::SkipStream(stream, (stop + 1) * unit);
+    return true;
 }
 
 bool CXStdioFile::ReadString(CXTString<char16_t>& line) {

@@ -105,6 +105,10 @@ protected:
     /// Reads a line of narrow or of 16-bit text. False at the end of the file.
     bool ReadLine(Line& line, bool isWide);
 
+    /// Reads a short line of good UTF-8, or of 16-bit text, that has no zero in it.
+    /// @return false for any other, which is not read yet; `line` may hold anything then.
+    bool ReadPlainLine(CXTString<char16_t>& line, bool isWide);
+
     /// One character and the bytes that it was read from.
     struct Character {
         char16_t units[4]{};

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// Most lines are short and plain. They are searched, checked and copied in one pass, a block of 16 bytes at a step.
+
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace detail {
+
+/// Decodes UTF-8 up to a line feed, a zero, the end, or what takes two units or is broken.
+/// @param target  Has room for `length` units; those behind the result may be written over.
+/// @param units   Receives the units written.
+/// @return bytes decoded; source[result] is what ended it.
+inline std::size_t DecodePlainText(char const* source, std::size_t length, char16_t* target, std::size_t& units) {
+    auto const byte = [source](std::size_t place) { return static_cast<unsigned char>(source[place]); };
+    auto const follows = [&](std::size_t place) { return place < length && (byte(place) & 0xC0) == 0x80; };
+    std::size_t at = 0;
+    char16_t* out = target;
+    while (at < length) {
+#if defined(__SSE2__)
+        if (length - at >= 16) {
+            __m128i const zero = _mm_setzero_si128();
+            __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + at));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(block, zero));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(block, zero));
+            // As signed bytes, what is beyond ASCII lies below 1, as a zero does.
+            __m128i const stops =
+                _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')), _mm_cmplt_epi8(block, _mm_set1_epi8(1)));
+            auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(stops));
+            if (mask == 0) { // a jump, so that the next load need not wait for the mask
+                at += 16;
+                out += 16;
+                continue;
+            }
+            auto const plain = static_cast<std::size_t>(std::countr_zero(mask));
+            at += plain;
+            out += plain;
+        }
+#endif
+        unsigned char const lead = byte(at);
+        if (lead == '\n' || lead == 0) {
+            break;
+        }
+        std::size_t size = 1;
+        unsigned int unit = lead;
+        if (lead >= 0xC2 && lead < 0xE0 && follows(at + 1)) {
+            unit = (lead & 0x1FU) << 6 | (byte(at + 1) & 0x3FU);
+            size = 2;
+        } else if (lead >= 0xE0 && lead < 0xF0 && follows(at + 1) && follows(at + 2)) {
+            unit = (lead & 0xFU) << 12 | (byte(at + 1) & 0x3FU) << 6 | (byte(at + 2) & 0x3FU);
+            if (unit < 0x800 || (unit & 0xF800) == 0xD800) {
+                break;
+            }
+            size = 3;
+        } else if (lead >= 0x80) {
+            break;
+        }
+        *out++ = static_cast<char16_t>(unit);
+        at += size;
+    }
+    units = static_cast<std::size_t>(out - target);
+    return at;
+}
+
+/// Copies 16-bit units up to a line feed, a zero or the end.
+/// @param source  May lie at any address.
+/// @param target  Has room for `length` units; those behind the result may be written over.
+/// @return units written.
+inline std::size_t CopyPlainText(char const* source, std::size_t length, char16_t* target) {
+    std::size_t at = 0;
+#if defined(__SSE2__)
+    for (; length - at >= 8; at += 8) {
+        __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + 2 * at));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(target + at), block);
+        __m128i const stops =
+            _mm_or_si128(_mm_cmpeq_epi16(block, _mm_set1_epi16('\n')), _mm_cmpeq_epi16(block, _mm_setzero_si128()));
+        if (auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(stops))) {
+            return at + static_cast<std::size_t>(std::countr_zero(mask)) / 2;
+        }
+    }
+#endif
+    for (; at < length; ++at) {
+        std::memcpy(target + at, source + 2 * at, sizeof *target);
+        if (target[at] == u'\n' || target[at] == 0) {
+            break;
+        }
+    }
+    return at;
+}
+
+} // namespace detail
