@@ -13,6 +13,7 @@
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
@@ -254,6 +255,35 @@ private:
     std::string text;
 };
 
+/// A peer that several threads may use, as they may ours.
+template <class Peer>
+class Locked {
+public:
+    Locked() = default;
+    Locked(Locked const& other) : peer(other.peer) {}
+    void Set(Input const& in) {
+        std::lock_guard const hold(lock);
+        peer.Set(in);
+    }
+    void Get(Input const& in, Sum& sum) {
+        std::lock_guard const hold(lock);
+        peer.Get(in, sum);
+    }
+    using Bytes = typename Peer::Bytes;
+    void Store(Bytes& bytes) const {
+        std::lock_guard const hold(lock);
+        peer.Store(bytes);
+    }
+    void Load(Bytes const& bytes) {
+        std::lock_guard const hold(lock);
+        peer.Load(bytes);
+    }
+
+private:
+    Peer peer;
+    mutable std::recursive_mutex lock;
+};
+
 // ---- The work ----
 
 template <class Peer>
@@ -381,6 +411,7 @@ bool const registered = [] {
     Register<Qt>("QDataStream");
     Register<MessagePack>("MessagePack");
     Register<Protobuf>("Protobuf");
+    Register<Locked<Protobuf>>("Protobuf+lock");
     return true;
 }();
 

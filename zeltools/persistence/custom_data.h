@@ -347,6 +347,7 @@ private:
     CustomPrivateData* GetNewChunkEntry(unsigned int id, unsigned int chunkSize, unsigned int kind);
     bool ReserveBytes(unsigned int needed);
     bool EnterOffset(unsigned int id, unsigned int offset);
+    void Expect(unsigned int count, unsigned int byteCount);
     void RemoveChunk(CustomPrivateData* chunk, unsigned int id);
     void ForgetRenamed(unsigned int firstLost);
     void UpdateOffsetMap(unsigned int count);
