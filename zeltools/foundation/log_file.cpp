@@ -240,8 +240,8 @@ bool OpenFile(CStdioFileEx& file, WideString const& path, LogFileMode mode) {
 
 /// A null pointer where the file cannot be opened.
 std::unique_ptr<OpenLog> MakeLog(WideString const& path, LogFileMode mode) {
-    auto log = std::make_unique<OpenLog>();
     try {
+        auto log = std::make_unique<OpenLog>();
         if (OpenFile(log->file, path, mode)) {
             return log;
         }

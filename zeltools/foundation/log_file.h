@@ -94,7 +94,8 @@ ZEL_API void LogLock(bool lock);
 /// @return the new indentation; 0 when no log is open.
 ZEL_API unsigned int LogFileAddTab(bool add);
 
-/// Sets the listener, or none for null, whether a log is open or not.
+/// Sets the listener, or none for null, whether a log is open or not. A call of the one before that has begun on
+/// another thread may still go on.
 /// @return the one before.
 ZEL_API logCallbackInfo SetLogCallback(LogCallback callback, void* user);
 
@@ -124,7 +125,7 @@ concept LogWord = std::convertible_to<T, unsigned int> &&(std::integral<T> || st
 } // namespace detail
 
 /// Writes a message. The arguments are those of a C variadic call: numbers and pointers.
-/// @param word    LogMessageFlags; 0 in no doubt a number, not a null format.
+/// @param word    LogMessageFlags: the level, and whether the line is indented.
 /// @param format  Null writes nothing, and gives a callback the empty text.
 template <detail::LogWord Word, class... Arguments>
 void WriteToLogFile(Word word, char16_t const* format, Arguments const&... arguments) {
