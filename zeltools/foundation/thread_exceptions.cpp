@@ -8,6 +8,8 @@
 #include "zeltools/platform/critical_section.h"
 #include "zeltools/platform/threads.h"
 
+#include <atomic>
+
 namespace {
 
 using ExceptionTable = CHashMap<unsigned long long, unsigned long long, CXException*>;
@@ -19,15 +21,26 @@ constinit platform::CriticalSection tableLock;
 /// The last exception of each thread, by the thread's id. Made by the first exception.
 ExceptionTable* exceptionTable = nullptr;
 
+/// The number of entries. Changed under `tableLock`, and read without it by a thread that asks for its own entry only:
+/// its own changes it always sees.
+std::atomic<unsigned int> entryCount = 0;
+
+void CountEntries() {
+    entryCount.store(exceptionTable->GetCount(), std::memory_order_relaxed);
+}
+
 /// Exceptions that still stand in the table belong to those who caught them, so they are left alone.
 void DeleteExceptionTable() {
     platform::ScopedLock const hold(tableLock);
     delete exceptionTable;
     exceptionTable = nullptr;
+    entryCount.store(0, std::memory_order_relaxed);
 }
 
 /// Takes the calling thread's entry out and gives it; null without one.
 CXException* TakeThreadException() {
+    if (entryCount.load(std::memory_order_relaxed) == 0) // an archive asks twice for each object that it loads
+        return nullptr;
     unsigned long long const thread = platform::GetCurrentThreadId();
     platform::ScopedLock const hold(tableLock);
     CXException** const entry = exceptionTable ? exceptionTable->Find(thread) : nullptr;
@@ -35,6 +48,7 @@ CXException* TakeThreadException() {
         return nullptr;
     CXException* const exception = *entry;
     exceptionTable->Remove(thread, false);
+    CountEntries();
     return exception;
 }
 
@@ -50,6 +64,7 @@ void XSetThreadException(CXException* exception) {
         if (isFirst)
             exceptionTable = new ExceptionTable;
         exceptionTable->Insert(platform::GetCurrentThreadId(), exception);
+        CountEntries();
     }
     if (isFirst)
         AddApplicationExitCallback(&DeleteExceptionTable, 0);
@@ -72,6 +87,7 @@ void ForgetThreadException(CXException const* exception) {
         if (entry == exception)
             exceptionTable->Remove(thread, false);
     }
+    CountEntries();
 }
 
 } // namespace detail

@@ -24,10 +24,33 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
 class CXFile;
+
+namespace detail {
+
+/// What was stored, a class or an object, by its address.
+struct StoredAddress {
+    void const* pointer = nullptr;
+};
+
+} // namespace detail
+
+/// Objects are mostly stored in the order in which they were made, so neighbours in memory stay neighbours in the
+/// table: a mixed hash would miss the cache with each of a million objects. A table's size is a prime, so regular
+/// distances between addresses collide no more than chance. Blocks of 32 bytes are the least that an allocator gives
+/// out.
+template <>
+struct CHashMethods<detail::StoredAddress> {
+    static unsigned int Hash(detail::StoredAddress key) {
+        return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(key.pointer) / 32);
+    }
+    static bool IsEqual(detail::StoredAddress a, detail::StoredAddress b) { return a.pointer == b.pointer; }
+    static constexpr bool LooksAtKeysOnly = true;
+};
 
 /// A stream of one direction over one file, which stays the host's and must outlive the archive, or its Close.
 ///
@@ -283,7 +306,22 @@ private:
         Kind kind = Nothing;
         unsigned int schema = 0xFFFFFFFF; ///< The stored schema of a class.
     };
-    using StoreMap = CHashMap<void const*, void const*, unsigned int>;
+
+    /// The tags of what was stored, by address.
+    class StoreMap : public CHashMap<detail::StoredAddress, detail::StoredAddress, unsigned int> {
+    public:
+        /// Enters a tag for an address that has none, and is true then; else gives the tag that it has.
+        bool Enter(detail::StoredAddress address, unsigned int& tag) {
+            return this->InsertWith(address, [&](auto& slot, bool isNew) {
+                if (isNew) {
+                    slot.key = address;
+                    slot.value = tag;
+                } else {
+                    tag = slot.value;
+                }
+            }) != 0;
+        }
+    };
 
     static_assert(std::endian::native == std::endian::little, "scalars are stored as they lie in memory");
 
@@ -322,7 +360,7 @@ private:
     template <class T>
     void ReadText(CXTString<T>& text, unsigned long long length);
 
-    unsigned int* FindStored(void const* pointer) const { return storeMap ? storeMap->Find(pointer) : nullptr; }
+    StoreMap& Stored();
     unsigned int TakeTag();
     void WriteReference(unsigned int tag, unsigned int classBit);
     loadedPtr FindClass(unsigned int tag) const;
@@ -343,7 +381,7 @@ private:
     unsigned char* end = nullptr;    ///< storing: the end of the room; loading: the end of what was read
     unsigned int schema = 0xFFFFFFFF;
     unsigned int mapCount = 1; ///< the next tag; classes and objects take theirs from it in the order of the stream
-    std::unique_ptr<StoreMap> storeMap;                   ///< tags of what was stored; made by the first class
+    std::unique_ptr<StoreMap> storeMap;                   ///< made by the first class or object
     CXArray<loadedPtr, loadedPtr const&> loadArray{true}; ///< what was loaded, by tag
     void* userData = nullptr;
     unsigned int depth = 0; ///< objects that are being stored or loaded, one inside the other

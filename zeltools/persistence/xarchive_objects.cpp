@@ -14,6 +14,8 @@
 #include "zeltools/persistence/xarchive.h"
 #include "zeltools/persistence/xarchive_private.h"
 
+#include <optional>
+
 namespace {
 
 /// The load array's first room and its step while it is small.
@@ -57,6 +59,12 @@ void CXArchive::WriteReference(unsigned int tag, unsigned int classBit) {
         *this << detail::LongTag << (tag | classBit);
 }
 
+CXArchive::StoreMap& CXArchive::Stored() {
+    if (!storeMap)
+        storeMap = std::make_unique<StoreMap>();
+    return *storeMap;
+}
+
 void CXArchive::WriteObject(CXObject const* object) {
     if (IsLoading())
         Throw(CXArchiveException::archiveIsLoading);
@@ -64,13 +72,23 @@ void CXArchive::WriteObject(CXObject const* object) {
         WriteReference(0, 0);
         return;
     }
-    if (unsigned int const* const tag = FindStored(object)) {
-        WriteReference(*tag, 0);
+    unsigned int const expected = mapCount;
+    unsigned int tag = expected;
+    if (!Stored().Enter({object}, tag)) {
+        WriteReference(tag, 0);
         return;
     }
-    Nesting const level(*this);
-    WriteClass(object->GetRuntimeClassDescriptor());
-    storeMap->Insert(object, TakeTag());
+    std::optional<Nesting> level;
+    try {
+        level.emplace(*this);
+        WriteClass(object->GetRuntimeClassDescriptor());
+    } catch (...) {
+        storeMap->Remove({object}, false);
+        throw;
+    }
+    tag = TakeTag();
+    if (tag != expected) // which a new class took
+        storeMap->Insert({object}, tag);
     const_cast<CXObject*>(object)->Serialize(*this); // which changes nothing while it stores
 }
 
@@ -79,15 +97,13 @@ void CXArchive::WriteClass(CXRuntimeClass const* record) {
         Throw(CXArchiveException::badClass);
     if (IsLoading() || !record->IsSerializable())
         Throw(CXArchiveException::genericException);
-    if (unsigned int const* const tag = FindStored(record)) {
+    if (unsigned int const* const tag = Stored().Find({record})) {
         WriteReference(*tag, detail::ClassTagBit);
         return;
     }
     *this << detail::NewClassTag;
     record->Save(*this);
-    if (!storeMap)
-        storeMap = std::make_unique<StoreMap>();
-    storeMap->Insert(record, TakeTag());
+    storeMap->Insert({record}, TakeTag());
 }
 
 void CXArchive::SerializeClass(CXRuntimeClass const* record) {
@@ -187,7 +203,10 @@ CXObject* CXArchive::ReadNewObject(CXRuntimeClass const& record, unsigned int st
     int const tag = static_cast<int>(TakeTag());
     if (tag == LargeLoadArray)
         loadArray.SetSize(loadArray.GetSize(), decltype(loadArray)::GrowByDoubling);
-    loadArray.InsertAt(tag, entry);
+    if (tag == loadArray.GetSize())
+        loadArray.Add(entry);
+    else
+        loadArray.InsertAt(tag, entry);
     try {
         schema = storedSchema;
         object->Serialize(*this);
