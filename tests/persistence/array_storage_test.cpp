@@ -16,8 +16,9 @@ using namespace std::string_literals;
 
 namespace {
 
-struct NoDefault : CXTime {
-    explicit NoDefault(int count) : CXTime(count) {}
+struct NoDefault {
+    explicit NoDefault(int) {}
+    void Serialize(CXArchive&) {}
 };
 
 template <class T>

@@ -28,7 +28,7 @@ class CXArchive;
 /// Local time follows the process's time zone by the offset that holds at the date. The getters answer 0 for a time
 /// whose year a broken-down record cannot hold, and never raise an error.
 /// Threads: a plain value; any thread, as long as nobody changes the time zone meanwhile.
-class ZEL_API CXTime {
+class ZEL_API CXTime final {
 public:
     CXTime() = default;
 
