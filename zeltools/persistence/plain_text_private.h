@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -12,6 +13,40 @@
 #endif
 
 namespace detail {
+
+#if defined(__SSE2__)
+
+/// Sixteen bytes: widened into the target. Gives a bit for each line feed, zero and byte beyond ASCII.
+inline std::uint64_t WidenBlock(char const* source, char16_t* target) {
+    __m128i const zero = _mm_setzero_si128();
+    __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
+    // As signed bytes, what is beyond ASCII lies below 1, as a zero does.
+    __m128i const stops =
+        _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')), _mm_cmplt_epi8(block, _mm_set1_epi8(1)));
+    return static_cast<unsigned int>(_mm_movemask_epi8(stops));
+}
+
+/// Sixteen units: copied into the target. Gives a bit for each line feed and zero.
+inline std::uint64_t CopyBlock(char const* source, char16_t* target) {
+    auto const copyHalf = [](char const* from, char16_t* to) {
+        __m128i const half = _mm_loadu_si128(reinterpret_cast<__m128i const*>(from));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), half);
+        return _mm_or_si128(_mm_cmpeq_epi16(half, _mm_set1_epi16('\n')), _mm_cmpeq_epi16(half, _mm_setzero_si128()));
+    };
+    __m128i const first = copyHalf(source, target);
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(first, copyHalf(source + 16, target + 8))));
+}
+
+/// Four blocks. Most lines end in the first four, whose one mask costs no jump that depends on the line's length.
+template <std::uint64_t (*Block)(char const*, char16_t*), std::size_t SourceStep>
+std::uint64_t FourBlocks(char const* source, char16_t* target) {
+    return Block(source, target) | Block(source + SourceStep, target + 16) << 16 |
+           Block(source + 2 * SourceStep, target + 32) << 32 | Block(source + 3 * SourceStep, target + 48) << 48;
+}
+
+#endif
 
 /// Decodes UTF-8 up to a line feed, a zero, the end, or what takes two units or is broken.
 /// @param target  Has room for `length` units; those behind the result may be written over.
@@ -22,17 +57,21 @@ inline std::size_t DecodePlainText(char const* source, std::size_t length, char1
     auto const follows = [&](std::size_t place) { return place < length && (byte(place) & 0xC0) == 0x80; };
     std::size_t at = 0;
     char16_t* out = target;
+#if defined(__SSE2__)
+    if (length >= 64) {
+        std::uint64_t const mask = FourBlocks<WidenBlock, 16>(source, target);
+        at = static_cast<std::size_t>(std::countr_zero(mask)); // 64 without any
+        out += at;
+        if (mask != 0 && source[at] == '\n') {
+            units = at;
+            return at;
+        }
+    }
+#endif
     while (at < length) {
 #if defined(__SSE2__)
         if (length - at >= 16) {
-            __m128i const zero = _mm_setzero_si128();
-            __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + at));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(block, zero));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(block, zero));
-            // As signed bytes, what is beyond ASCII lies below 1, as a zero does.
-            __m128i const stops =
-                _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')), _mm_cmplt_epi8(block, _mm_set1_epi8(1)));
-            auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(stops));
+            std::uint64_t const mask = WidenBlock(source + at, out);
             if (mask == 0) { // a jump, so that the next load need not wait for the mask
                 at += 16;
                 out += 16;
@@ -75,13 +114,14 @@ inline std::size_t DecodePlainText(char const* source, std::size_t length, char1
 inline std::size_t CopyPlainText(char const* source, std::size_t length, char16_t* target) {
     std::size_t at = 0;
 #if defined(__SSE2__)
-    for (; length - at >= 8; at += 8) {
-        __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(source + 2 * at));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(target + at), block);
-        __m128i const stops =
-            _mm_or_si128(_mm_cmpeq_epi16(block, _mm_set1_epi16('\n')), _mm_cmpeq_epi16(block, _mm_setzero_si128()));
-        if (auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(stops))) {
-            return at + static_cast<std::size_t>(std::countr_zero(mask)) / 2;
+    for (; length - at >= 64; at += 64) {
+        if (std::uint64_t const mask = FourBlocks<CopyBlock, 32>(source + 2 * at, target + at)) {
+            return at + static_cast<std::size_t>(std::countr_zero(mask));
+        }
+    }
+    for (; length - at >= 16; at += 16) {
+        if (std::uint64_t const mask = CopyBlock(source + 2 * at, target + at)) {
+            return at + static_cast<std::size_t>(std::countr_zero(mask));
         }
     }
 #endif

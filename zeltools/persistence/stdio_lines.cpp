@@ -134,7 +134,7 @@ bool CXStdioFile::ReadPlainLine(CXTString<char16_t>& line, bool isWide) {
     constexpr std::size_t LongestPlain = 256; // what a fresh string is given room for at once
     std::size_t const unit = isWide ? sizeof(char16_t) : 1;
     std::string_view const bytes = stream ? platform::PeekStream(stream) : std::string_view();
-    std::size_t const length = std::min(bytes.size() / unit, LongestPlain);
+    std::size_t const length = std::min(isWide ? bytes.size() / sizeof(char16_t) : bytes.size(), LongestPlain);
     line.SetLength(length);
     std::size_t count = 0;
     std::size_t const stop = isWide ? (count = detail::CopyPlainText(bytes.data(), length, line.GetText()))
