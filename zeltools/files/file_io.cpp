@@ -44,6 +44,7 @@ CFileIo::CFileIo(CFileNameSpec const& name, unsigned int flagBits, CWnd* parent)
             fileInfo.TryNextParser();
         }
     }
+    cancelClass = GetClass();
     LiveManagers& live = LiveManagers::Instance();
     CXSingleLock const guard(&live.lock, true);
     live.table.Insert(this);
@@ -82,6 +83,12 @@ bool CFileIo::IsSingleThreaded(CFileNameSpec const& name, unsigned int flags) {
 
 void CFileIo::SetNewFileName(CFileNameSpec const& name) {
     fileInfo.Init(name, FileNameTypeAuto, nullptr);
+    cancelClass = GetClass();
+}
+
+void CFileIo::TryNextParser() {
+    fileInfo.TryNextParser();
+    cancelClass = GetClass();
 }
 
 void CFileIo::SetFlag(FILE_PARSER_FLAGS bits, bool set) {
@@ -126,7 +133,7 @@ void SetFileClassCancel(unsigned int classId) {
     CXSingleLock const guard(&live.lock, true);
     CFileIo* io = nullptr;
     for (unsigned int position = live.table.GetFirst(); live.table.GetNext(position, io);) {
-        if (io->GetClass() == classId) {
+        if (io->cancelClass == classId) {
             io->SetFlag(IoFlagCancel, true);
         }
     }

@@ -178,13 +178,16 @@ protected:
     virtual void CloseParser();
 
     /// Goes on to the extension's next parser.
-    void TryNextParser() { fileInfo.TryNextParser(); }
+    void TryNextParser();
     /// Whether there is one, and the choice of parser was left open.
     bool CanTryAnotherParser() const { return fileInfo.CanTryAnotherParser(); }
 
 private:
+    friend void SetFileClassCancel(unsigned int classId);
+
     CFileInfo fileInfo;
-    std::atomic<unsigned int> flagWord; ///< FILE_PARSER_FLAGS.
+    std::atomic<unsigned int> cancelClass{0}; ///< Of fileInfo, for other threads, which may not touch that.
+    std::atomic<unsigned int> flagWord;       ///< FILE_PARSER_FLAGS.
     unsigned int alternativeClass = 0;
     CCustomData customData;
     unsigned long long startTick;
