@@ -4,9 +4,11 @@
 #include "tests/persistence/file_kinds.h"
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
+#include "zeltools/foundation/string_conversion.h"
 
 #include <array>
 #include <gtest/gtest.h>
+#include <random>
 #include <sys/stat.h>
 
 using support::OpenDescriptors;
@@ -74,6 +76,37 @@ TEST_F(CStdioFileExTest, ReadsLinesInEveryEncoding) {
         EXPECT_EQ(file.IsFileUnicodeText(), row.kind == 16) << row.name;
         EXPECT_EQ(file.Seek(0, CXFile::begin), 0U);
         EXPECT_EQ(Lines(file), row.lines) << row.name << ", once more";
+    }
+}
+
+// Lines of every length, with everything that leaves the fast way at every place, against a conversion of each line.
+TEST_F(CStdioFileExTest, DecodesAsAConversionOfTheWholeLine) {
+    std::mt19937 random(3);
+    char const* const pieces[] = {"\xC3\xA9",     "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xFF", "\xC3", "\xC0\x80",
+                                  "\xED\xA0\x80", "\xE0\x80\x80", "\xE2\x82",         "\r",   "\t",   "\xEF\xBF\xBD",
+                                  "\x7F"};
+    std::string narrow = Utf8Mark + "first line without CR\n";
+    std::u16string wide = u"\xFEFF"
+                          u"first line without CR\n";
+    std::u16string expected = u"first line without CR|";
+    for (int count = 0; count < 3000; ++count) {
+        std::string line(random() % 90, 'a');
+        for (auto special = random() % 4; special > 0; --special) {
+            line.insert(random() % (line.size() + 1), pieces[random() % std::size(pieces)]);
+            line.append(random() % 100, 'z');
+        }
+        line += '.'; // no CR at the end, which would be part of it
+        CXTString<char16_t> converted;
+        XFASTCA2W(converted, line.c_str(), xEncodingUtf8);
+        narrow += line + '\n';
+        (wide += converted) += u'\n';
+        (expected += converted) += u'|';
+    }
+    for (std::string const& content : {narrow, Utf16(wide)}) {
+        folder.Write("file", content);
+        CStdioFileEx file;
+        ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+        EXPECT_TRUE(Lines(file) == expected);
     }
 }
 
