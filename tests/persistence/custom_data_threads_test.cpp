@@ -63,4 +63,21 @@ TEST(CustomDataThreads, SixteenShareAStore) {
     EXPECT_EQ(shared.GetIDCount(), 2 + threadCount);
 }
 
+TEST(CustomDataThreads, StoresAreCopiedInOppositeDirections) {
+    CCustomData stores[2];
+    stores[0].SetInt(1, 1);
+    stores[1].SetInt(1, 1);
+    auto const copy = [&](int to) {
+        for (int round = 0; round < 2000; ++round) {
+            stores[to] = stores[1 - to];
+            stores[to].IsEqual(stores[1 - to]);
+            stores[to].SetCustomData(2, stores[1 - to]);
+            stores[to].GetCustomData(2, stores[1 - to]);
+        }
+    };
+    std::thread other(copy, 1);
+    copy(0);
+    other.join(); // neither waits for the other for ever
+}
+
 } // namespace

@@ -147,8 +147,8 @@ CustomPrivateData* CCustomData::GetNewChunkEntry(unsigned int id, unsigned int c
 /// The chunk into which a value of an id goes: the present one where the size is the same, else a new one. Null for a
 /// size of 0, which only removes, and where there is no memory.
 CustomPrivateData* CCustomData::PlaceChunk(unsigned int id, unsigned int chunkSize, unsigned int kind) {
-    if (offsetMap && offsetMap->Find(id)) {
-        CustomPrivateData* const present = FindChunk(id);
+    if (unsigned int const* const offset = offsetMap ? offsetMap->Find(id) : nullptr) {
+        CustomPrivateData* const present = *offset != Nowhere ? ChunkAt(*offset) : nullptr;
         if (present && present->size == chunkSize && chunkSize != 0) {
             present->kind = kind;
             return present;

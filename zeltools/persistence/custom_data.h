@@ -51,8 +51,8 @@ class CXArchive;
 ///          nothing; only what says so throws.
 /// Threads: any. Each store has a recursive lock that nearly every operation takes; GetData, GetCustomPtr, GetArray and
 ///          GetTimeStamp do not, so who needs them while others write holds GetThreadLock around them. An operation on
-///          two stores takes the lock of the one that it changes, or is called on, first: two threads that assign two
-///          stores to each other can block each other.
+///          two stores takes both locks, in one order everywhere, so that threads which copy in opposite directions do
+///          not block each other; who holds the lock of one of them already must not count on that.
 class ZEL_API CCustomData {
 public:
     /// Makes an empty store.

@@ -9,7 +9,7 @@
 #include <cstdarg>
 #include <memory>
 
-using detail::StoreLock;
+using detail::TwoStoreLocks;
 
 CCustomData::CCustomData(CCustomData const& other) {
     try {
@@ -21,8 +21,7 @@ CCustomData::CCustomData(CCustomData const& other) {
 }
 
 CCustomData& CCustomData::operator=(CCustomData const& other) {
-    StoreLock const hold(&threadLock);
-    StoreLock const holdOther(&other.threadLock);
+    TwoStoreLocks const hold(&threadLock, &other.threadLock);
     if (this == &other)
         return *this;
     RemoveAll();
@@ -45,15 +44,15 @@ CCustomData& CCustomData::operator=(CCustomData const& other) {
 }
 
 CCustomData* CCustomData::Copy() const {
-    StoreLock const hold(&threadLock);
-    return buffer ? new CCustomData(*this) : nullptr;
+    // Not under the lock, which must not be taken before that of the copy.
+    std::unique_ptr<CCustomData> copy(new CCustomData(*this));
+    return copy->buffer ? copy.release() : nullptr;
 }
 
 void CCustomData::Copy(CCustomData const* source, unsigned int flags) {
     if (!source || (flags & (CopySkipExisting | CopyKeep)) == 0)
         return;
-    StoreLock const hold(&threadLock);
-    StoreLock const holdSource(&source->threadLock);
+    TwoStoreLocks const hold(&threadLock, &source->threadLock);
     if ((flags & CopyKeep) == 0)
         RemoveAll();
     if (source == this)
@@ -76,8 +75,7 @@ void CCustomData::Copy(CCustomData const* source, unsigned int flags) {
 unsigned int CCustomData::CopyID(CCustomData const* source, unsigned int id, ...) {
     if (!source)
         return 0;
-    StoreLock const hold(&threadLock);
-    StoreLock const holdSource(&source->threadLock);
+    TwoStoreLocks const hold(&threadLock, &source->threadLock);
     unsigned int copied = 0;
     std::va_list ids;
     va_start(ids, id);
@@ -93,8 +91,7 @@ unsigned int CCustomData::CopyID(CCustomData const* source, unsigned int id, ...
 }
 
 bool CCustomData::IsEqual(CCustomData const& other) const {
-    StoreLock const hold(&threadLock);
-    StoreLock const holdOther(&other.threadLock);
+    TwoStoreLocks const hold(&threadLock, &other.threadLock);
     if (!offsetMap || !other.offsetMap)
         return offsetMap == other.offsetMap;
     if (GetIDCount() != other.GetIDCount())
@@ -115,8 +112,7 @@ bool CCustomData::IsEqual(CCustomData const& other) const {
 // ---- Nested stores ----
 
 void CCustomData::SetCustomData(unsigned int id, CCustomData const& value) {
-    StoreLock const hold(&threadLock);
-    StoreLock const holdValue(&value.threadLock);
+    TwoStoreLocks const hold(&threadLock, &value.threadLock);
     SetCustom(id, value.buffer, value.size, CustomDataNested);
 }
 
@@ -125,9 +121,8 @@ void CCustomData::AddToCustomData(unsigned int id, CCustomData const& data, int)
 }
 
 bool CCustomData::GetCustomData(unsigned int id, CCustomData& target) {
-    StoreLock const holdTarget(&target.threadLock);
+    TwoStoreLocks const hold(&threadLock, &target.threadLock);
     target.RemoveAll();
-    StoreLock const hold(&threadLock);
     CustomPrivateData const* const chunk = ReachChunk(id);
     if (!chunk || chunk->size == 0)
         return false;

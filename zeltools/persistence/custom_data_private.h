@@ -5,7 +5,9 @@
 
 #include "zeltools/persistence/custom_data.h"
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace detail {
 
@@ -19,6 +21,18 @@ public:
 
 private:
     CXCriticalSection* held;
+};
+
+/// Holds the locks of two stores, the one at the lower address first whoever is the source: two threads that work on
+/// the same two in opposite directions would otherwise wait for each other.
+class TwoStoreLocks {
+public:
+    TwoStoreLocks(CXCriticalSection* a, CXCriticalSection* b)
+        : first(std::min(a, b, std::less<>())), second(std::max(a, b, std::less<>())) {}
+
+private:
+    StoreLock first;
+    StoreLock second;
 };
 
 /// What a chunk takes besides its data.

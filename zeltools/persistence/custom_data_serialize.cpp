@@ -173,7 +173,7 @@ void* CCustomData::SerializeToData(unsigned long long& byteCount) const {
         CXArchive archive(&file, CXArchive::Storing, ArchiveBuffer);
         // Storing changes no value; only memory that is not in use goes back.
         const_cast<CCustomData*>(this)->Serialize(archive);
-        archive.Flush();
+        archive.Close();
         byteCount = file.GetLength();
         return file.Detach();
     } catch (CXException* e) {

@@ -198,9 +198,9 @@ unsigned int CCustomData::GetStrings(unsigned int id, CXArray<CXTString<char16_t
             ForEachNarrow(*chunk, visitNarrow);
     };
     if (asArray) {
-        int count = 0;
+        unsigned int count = 0;
         visitAll([&](unsigned char const*, std::size_t) { ++count; }, [&](char const*) { ++count; });
-        values.PreAllocate(count);
+        values.PreAllocate(static_cast<int>(count));
     }
     WideString value;
     visitAll(
