@@ -138,3 +138,7 @@ void SetFileClassCancel(unsigned int classId) {
         }
     }
 }
+
+bool fileClassIsSingleThreaded(CFileNameSpec const& name, unsigned int flags) {
+    return CFileIo::IsSingleThreaded(name, flags);
+}

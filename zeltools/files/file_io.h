@@ -200,3 +200,9 @@ private:
 /// Asks all managers whose current name is of a class to cancel.
 /// Threads: any.
 ZEL_API void SetFileClassCancel(unsigned int classId);
+
+/// Whether the parser of a name must run alone, so that a host starts it while no other runs. Makes the manager that
+/// is registered for the name's kind, opens its parser and asks it.
+/// @param flags  FILE_PARSER_FLAGS.
+/// @return false when no parser opens.
+ZEL_API bool fileClassIsSingleThreaded(CFileNameSpec const& name, unsigned int flags);
