@@ -10,11 +10,10 @@
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/files.h"
 
-#include <array>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -109,14 +108,7 @@ TEST(CXFile, OpensOrSaysWhyNot) {
         EXPECT_EQ(OpenCause(row.path, row.flags), row.cause) << testing::PrintToString(row.path);
     }
     EXPECT_EQ(folder.Read("file"), "old");
-    EXPECT_EQ(OpenCause(folder.Path(std::string_view("file")), XFILE_OPEN_CREATE), 0);
-    EXPECT_EQ(folder.Read("file"), "");
-
-    CXFile file(false);
-    CXFileException failure;
-    EXPECT_FALSE(file.Open(nullptr, 0, &failure));
-    EXPECT_EQ(failure.cause, CXFileException::badPath);
-    EXPECT_FALSE(file.Open(folder.Path(std::string_view("none")).c_str(), 0, nullptr));
+    EXPECT_FALSE(CXFile().Open(nullptr, 0, nullptr));
     EXPECT_EQ(Thrown([&] { CXFile(folder.Path().c_str(), XFILE_OPEN_READ); }), "cause 5");
 }
 
@@ -125,7 +117,6 @@ TEST(CXFile, ReadsWritesSeeksAndCuts) {
     std::u16string const path = folder.Path(std::string_view("file"));
     CXFile file(path.c_str(), ReadWriteAlways);
     EXPECT_EQ(file.GetFilePath(), path.c_str());
-    EXPECT_EQ(file.GetFileName(), u"file");
     file.Write("0123456789", 10);
     file.Write("ignored", 0x100000000); // the low 32 bits are 0
     char text[8]{};
@@ -230,7 +221,9 @@ TEST(CXFile, AFullDiskIsTold) {
     EXPECT_EQ(Thrown([&] { full.Write("x", 1); }), "cause 13");
 
     TemporaryFolder const folder;
-    if (mount("tmpfs", folder.Native().c_str(), "tmpfs", 0, "size=64k") != 0) {
+    // In a view of its own on the disks, so that nothing stays mounted whatever happens.
+    if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount("tmpfs", folder.Native().c_str(), "tmpfs", 0, "size=64k") != 0) {
         GTEST_SKIP() << "only root can mount a small disk";
     }
     {
@@ -247,11 +240,6 @@ TEST(CXFile, AFullDiskIsTold) {
             e->Delete();
         }
         EXPECT_EQ(Thrown([&] { file.Write(data.data(), 1); }), "cause 13");
-        CXStdioFile text(false);
-        EXPECT_TRUE(
-            text.Open(folder.Path(std::string_view("text")).c_str(), XFILE_OPEN_CREATE | XFILE_OPEN_WRITE, nullptr));
-        text.Write(data.data(), data.size());
-        text.Close();
     }
     umount(folder.Native().c_str());
 }

@@ -32,21 +32,6 @@ public:
 };
 using MemFile = Open<CXMemFile>;
 
-TEST(CXMemFile, AGapIsZerosAndALengthFollowsTheWrites) {
-    MemFile file(16);
-    file.Write("dirty bytes of before", 21);
-    file.SetLength(3);
-    EXPECT_EQ(file.GetPosition(), 3U);
-    EXPECT_EQ(file.Seek(100, CXFile::begin), 100U);
-    EXPECT_EQ(file.GetLength(), 3U);
-    EXPECT_EQ(file.capacity, 112U); // 32 for the text, and five more steps
-    file.Write("x", 1);
-    EXPECT_EQ(file.Content(), "dir" + std::string(97, '\0') + "x");
-    file.SetLength(2);
-    file.SetLength(5);
-    EXPECT_EQ(file.Content(), std::string("di\0\0\0", 5));
-}
-
 TEST(CXMemFile, SeeksAgainstTheTable) {
     constexpr auto Unknown = static_cast<CXFile::SeekPosition>(3);
     struct {

@@ -170,6 +170,7 @@ bool CStdioFileEx::ReadTextLine(CXTString<char16_t>& line) {
         line.SetLength(platform::Utf16Room(size));
         line.SetLength(size > 0 ? platform::Utf8ToUtf16(bytes.bytes, size, line.GetText()) : 0);
     }
+    TrimLineBuffer();
     return isRead;
 }
 

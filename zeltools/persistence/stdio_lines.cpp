@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 static_assert(std::endian::native == std::endian::little); // 16-bit text is read and written as it lies in memory
 
@@ -56,6 +57,14 @@ bool CXStdioFile::GrowLineBuffer(std::size_t needed) {
         lineBufferCapacity = capacity;
     }
     return true;
+}
+
+void CXStdioFile::TrimLineBuffer() {
+    constexpr unsigned int LargestKept = 1U << 20;
+    if (lineBufferCapacity > LargestKept) {
+        std::free(std::exchange(lineBuffer, nullptr));
+        lineBufferCapacity = 0;
+    }
 }
 
 bool CXStdioFile::ReadLine(Line& line, bool isWide) {
@@ -107,7 +116,9 @@ bool CXStdioFile::ReadLine(Line& line, bool isWide) {
 bool CXStdioFile::ReadStringA(CXTString<char>& text) {
     Line line;
     bool const isRead = ReadLine(line, false);
+    text.SetLength(0); // so that it grows to what it needs, and no further
     text.Assign(line.bytes, line.bytes ? strnlen(line.bytes, line.size) : 0);
+    TrimLineBuffer();
     return isRead;
 }
 
@@ -126,6 +137,7 @@ bool CXStdioFile::ReadStringW(CXTString<char16_t>& text) {
     std::size_t const count = line.size / sizeof(char16_t); // a lone byte at the file's end is no character
     text.SetLength(count);
     text.SetLength(count > 0 ? detail::CopyPlainText(line.bytes, count, text.GetText()) : 0);
+    TrimLineBuffer();
     return isRead;
 }
 
@@ -140,6 +152,7 @@ bool CXStdioFile::ReadPlainLine(CXTString<char16_t>& line, bool isWide) {
     std::size_t const stop = isWide ? (count = detail::CopyPlainText(bytes.data(), length, line.GetText()))
                                     : detail::DecodePlainText(bytes.data(), length, line.GetText(), count);
     if (stop == length || bytes[stop * unit] != '\n' || (isWide && bytes[stop * unit + 1] != 0)) {
+        line.SetLength(0);
         return false;
     }
     line.SetLength(count);
