@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The numbers of the archive's stream, and what the readers of other streams share with it.
+// The numbers of the archive's stream that more than one of its sources needs.
 
 #pragma once
-
-#include "zeltools/persistence/xarchive.h"
 
 namespace detail {
 
@@ -24,10 +22,5 @@ inline constexpr unsigned short MaxClassNameLength = 319;
 
 /// What a reader may allocate on the word of the stream alone, in bytes. Beyond it the bytes must be there.
 inline constexpr unsigned long long TrustedBytes = 0x10000;
-
-/// CXArchive::BytesLeft, for loaders.
-inline unsigned long long BytesLeft(CXArchive const& archive) {
-    return archive.BytesLeft();
-}
 
 } // namespace detail
