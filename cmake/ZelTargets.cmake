@@ -24,6 +24,27 @@ function(zel_test_program folder)
     gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()
 
+# zel_plugin(NAME SHELL source... BACKEND source... LIBRARIES library...)
+# A plug-in: NAME.so, which a host loads and which links nothing heavy, and backends/NAME_backend.so, which links the
+# libraries. Built into build/<preset>/plugins/, installed below the library's folder.
+function(zel_plugin name)
+    cmake_parse_arguments(arg "" "" "SHELL;BACKEND;LIBRARIES" ${ARGN})
+    set(built ${PROJECT_BINARY_DIR}/plugins)
+    set(installed ${CMAKE_INSTALL_LIBDIR}/zeltools/plugins)
+    add_library(${name}-shell MODULE ${arg_SHELL})
+    target_link_libraries(${name}-shell PRIVATE zeltools-plugin-common zeltools-warnings)
+    set_target_properties(${name}-shell PROPERTIES PREFIX "" OUTPUT_NAME ${name} LIBRARY_OUTPUT_DIRECTORY ${built}
+                                                   INSTALL_RPATH "$ORIGIN/../..")
+    add_library(${name}-backend MODULE ${arg_BACKEND})
+    target_link_libraries(${name}-backend PRIVATE zeltools-plugin-common zeltools-warnings ${arg_LIBRARIES})
+    set_target_properties(${name}-backend PROPERTIES PREFIX "" OUTPUT_NAME ${name}_backend
+                                                     LIBRARY_OUTPUT_DIRECTORY ${built}/backends
+                                                     INSTALL_RPATH "$ORIGIN/../../..")
+    add_dependencies(${name}-shell ${name}-backend)
+    install(TARGETS ${name}-shell LIBRARY DESTINATION ${installed})
+    install(TARGETS ${name}-backend LIBRARY DESTINATION ${installed}/backends)
+endfunction()
+
 # zel_benchmark(NAME source... [LIBRARIES peer...])
 # A Google Benchmark program. `./dev bench` prints the ratio between Work/zel/... and Work/<peer>/...
 function(zel_benchmark name)
