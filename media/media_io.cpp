@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "media/media_io.h"
 
-#include "media/media_parser.h"
 #include <zeltools/files/io_options.h>
 #include <zeltools/foundation/thread_exceptions.h>
 #include <zeltools/foundation/xexception.h>
@@ -24,18 +23,6 @@ bool IsFinal(int code) {
 }
 
 } // namespace
-
-CMediaParser::CMediaParser(CMediaIo* owner) : CFileParser(owner) {}
-
-CMediaParser::~CMediaParser() = default;
-
-CMediaIo* CMediaParser::GetMediaIo() const {
-    return static_cast<CMediaIo*>(GetIoMgr());
-}
-
-bool CMediaParser::ShouldCancelParser() const {
-    return CFileParser::ShouldCancelParser() || (GetMediaIo() && GetMediaIo()->IsOutOfTime());
-}
 
 bool CMediaIo::IsOutOfTime() const {
     return limits.timeMs != 0 && NowMs() - startMs > limits.timeMs;

@@ -3,6 +3,15 @@
 
 #pragma once
 
+/// What a limit counts.
+enum class MediaLimit {
+    Pixels,
+    ImageBytes,
+    SubImages,
+    Faces,
+    Vertices,
+};
+
 /// Limits of one operation. The defaults take every honest file of today and keep a lying one from taking the machine.
 struct MediaLimits {
     unsigned long long maxPixels = 1ULL << 32;      ///< Of one subimage: 65536 by 65536.
