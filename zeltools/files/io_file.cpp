@@ -91,9 +91,10 @@ bool IoFile::OpenForReading(CXFileException& error) {
     }
     try {
         return ReadIntoMemory(error);
-    } catch (CXFileException* exception) {
-        error.cause = exception->cause;
-        error.fileName = exception->fileName;
+    } catch (CXException* exception) { // a stream that failed throws no file exception
+        auto const* const failure = dynamic_cast<CXFileException*>(exception);
+        error.cause = failure != nullptr ? failure->cause : CXFileException::hardIO;
+        error.fileName = path;
         exception->Delete();
         return false;
     }
