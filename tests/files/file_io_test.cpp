@@ -24,7 +24,7 @@ constexpr unsigned int WriterClass = FourCC("WRTR"); ///< Reads and writes .zel1
 constexpr unsigned int AloneClass = FourCC("ALNE");  ///< Reads .zel2, one at a time.
 constexpr unsigned int FailingClass = FourCC("FAIL");
 
-int parsersAlive = 0;
+std::atomic<int> parsersAlive = 0;
 
 class SampleParser final : public CFileParser {
 public:
