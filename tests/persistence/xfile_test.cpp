@@ -188,6 +188,15 @@ TEST(CXFile, HandlesOfOthersAreNeverClosed) {
     }
     EXPECT_EQ(OpenDescriptors(), before);
     EXPECT_EQ(original.GetLength(), 7U);
+    void* const given = original.GetHandle();
+    original.Init(given); // given away, and open still
+    EXPECT_FALSE(original.GetFilePath().IsEmpty());
+    original.Close();
+    EXPECT_TRUE(platform::CloseFile(given));
+    CXStdioFile stream(folder.Path(std::string_view("file")).c_str(), XFILE_OPEN_READ);
+    stream.Init(nullptr); // closes what was open, stream and all
+    EXPECT_EQ(stream.GetStream(), nullptr);
+    EXPECT_EQ(OpenDescriptors(), before - 1);
 }
 
 TEST(CXFile, TheHookHearsOfEveryOpeningAndClosing) {
@@ -198,6 +207,8 @@ TEST(CXFile, TheHookHearsOfEveryOpeningAndClosing) {
     std::u16string const path = folder.Path(std::string_view("file"));
     CXFile file(path.c_str(), ReadWriteAlways);
     void* const handle = file.GetHandle();
+    file.Open(path.c_str(), XFILE_OPEN_READ, nullptr); // closes the first one
+    void* const second = file.GetHandle();
     file.Close();
     file.Close();
     CXStdioFile text(path.c_str(), XFILE_OPEN_READ);
@@ -206,7 +217,7 @@ TEST(CXFile, TheHookHearsOfEveryOpeningAndClosing) {
     text.Open(folder.Path().c_str(), XFILE_OPEN_READ, nullptr);
     EXPECT_NE(xSetFileHook(nullptr), nullptr);
     text.Open(path.c_str(), XFILE_OPEN_READ, nullptr);
-    EXPECT_EQ(heard, (std::vector<void*>{handle, handle, stream, stream}));
+    EXPECT_EQ(heard, (std::vector<void*>{handle, handle, second, second, stream, stream}));
 }
 
 /// The message of an exception, which only derived classes see.

@@ -6,7 +6,8 @@
 #include "zeltools/foundation/api.h"
 
 /// Called with the handle, or the stream of a CXStdioFile, and the value 1 after each successful opening and closing.
-/// The first call with an address is its opening, the next its closing. Must not throw.
+/// The first call with an address is its opening, the next its closing. A stream that a host opened is heard of when it
+/// is closed. Must not throw.
 using XFileHook = void (*)(void* handleOrStream, int value);
 
 /// Sets the hook of the process; null clears it.

@@ -57,6 +57,9 @@ CXFile::CXFile(CFile* file, bool throwing) : throwOnError(throwing) {
     closeOnDelete = own != platform::InvalidHandle;
     handle = closeOnDelete ? own : foreign;
     throwOnError = throwing || !closeOnDelete;
+    if (closeOnDelete) { // whose closing the hook will hear of
+        detail::CallFileHook(handle);
+    }
 }
 
 CXFile::CXFile(char16_t const* filePath, unsigned int flags) {
@@ -73,8 +76,13 @@ CXFile::~CXFile() {
 }
 
 void CXFile::Init(void* newHandle) {
-    Release();
+    CXTString<char16_t> const kept = path;
+    if (newHandle != handle) { // its own is not to be closed, but given away
+        Abort();               // with the stream that a derived class has over it
+    }
+    path = kept;
     handle = newHandle;
+    closeOnDelete = false;
     throwOnError = true;
 }
 
@@ -102,8 +110,8 @@ bool CXFile::Release() {
 }
 
 bool CXFile::OpenHandle(char16_t const* filePath, unsigned int flags, CXFileException* error) {
-    CXTString<char16_t> const wanted(filePath); // before Release, since the caller may pass the object's own path
-    Release();
+    CXTString<char16_t> const wanted(filePath); // before Abort, since the caller may pass the object's own path
+    CXFile::Abort();
     std::size_t const length = static_cast<std::size_t>(wanted.GetLength());
     auto cause = CXFileException::badPath;
     if (length > 0 && length < PathBound) {

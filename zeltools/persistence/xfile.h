@@ -80,7 +80,8 @@ public:
     /// Closes a handle of its own; a failure of that stays silent.
     ~CXFile() override;
 
-    /// Takes over the state of CXFile(handle, true); what was open before is closed if it was the object's own.
+    /// Lays the object over the caller's handle, to throw on errors; the path stays. What was open before is closed if
+    /// it was the object's own. With its own handle the object gives that to the caller.
     void Init(void* newHandle);
 
     /// The position in bytes.
