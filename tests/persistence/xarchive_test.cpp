@@ -137,6 +137,12 @@ TEST(XArchive, FillBufferTakesNoMoreThanTheBuffer) {
     archive >> byte;
     EXPECT_EQ(CauseOf([&] { archive.FillBuffer(~0ull - 3); }), CXArchiveException::bufferTooSmall);
     EXPECT_EQ(CauseOf([] { CXArchive(nullptr, CXArchive::Loading); }), InvalidArg);
+    struct Stingy : CXMemFile {
+        Stingy() : CXMemFile(16, false) {}
+        bool GrowBuffer(unsigned long long) override { return false; }
+    } stingy;
+    CXArchive out(&stingy, CXArchive::Storing | CXArchive::NoFlushOnDelete);
+    EXPECT_EQ(CauseOf([&] { out.Write("x", 1); }), InvalidArg);
 }
 
 TEST(XArchive, ADiskThatIsFullIsToldByClose) {

@@ -224,10 +224,8 @@ void CXArchive::Write(void const* data, unsigned long long count) {
         if (directBuffer)
             TakeSpan(CXFile::BufferWrite);
     }
-    if (cursor != bufferStart)
+    if (cursor != bufferStart || tail > Room()) // the file lends less than it was asked for
         detail::ThrowInvalidArg();
-    if (tail > Room())
-        Throw(CXArchiveException::bufferTooSmall); // the file lends less than it was asked for
     if (tail != 0)
         std::memcpy(cursor, bytes + whole, tail);
     cursor += tail;
