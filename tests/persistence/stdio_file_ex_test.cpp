@@ -63,6 +63,7 @@ TEST_F(CStdioFileExTest, ReadsLinesInEveryEncoding) {
         {"CR lines", "a\rb\rc", 0, u"a|b|b|", 5, 0}, // what follows the last one is lost, and the line stays
         {"CR lines, the last ended", "a\rb\r", 0, u"a|b|", 4, 0},
         {"CR lines of UTF-16", Utf16Mark + Utf16(u"a\r\rb\r"), 0, u"a||b|", 5, 16},
+        {"a CR behind a zero", std::string("a\0\rb\nc\rd\n", 9), 0, u"a|c\rd|", 9, 0},
         {"CR at an end only", "a\r", 0, u"a|", 2, 0},
         {"LF CR", Utf16Mark + Utf16(u"x\n\ry"), 0, u"x|\ry|", 4, 16},
     };

@@ -17,7 +17,6 @@ ZEL_IMPLEMENT_RUNTIME_CLASS(CStdioFileEx, CXStdioFile, RuntimeClassNotSerializab
 
 namespace {
 
-constexpr unsigned int WideOutput = 0x10000000; ///< In the saved flags: text is written as UTF-16.
 constexpr unsigned int TextKinds = XFILE_TYPE_TEXT | XFILE_TYPE_WIDE | XFILE_TYPE_UTF8;
 
 bool Appends(unsigned int flags) {
@@ -98,7 +97,7 @@ void CStdioFileEx::ProcessFlags(CXTString<char16_t> const& filePath, unsigned in
     encoding = xEncodingDefault;
     carriageReturnLines = 0;
     lineCursor = -1;
-    savedFlags = flags & ~WideOutput;
+    savedFlags = flags & ~XFILE_WIDE_OUTPUT;
     if (HasDetection()) {
         encoding = GetFileEncoding(filePath, hasBom);
         if (IsFileUnicodeText()) { // read as it lies in the file
@@ -106,7 +105,7 @@ void CStdioFileEx::ProcessFlags(CXTString<char16_t> const& filePath, unsigned in
         }
     } else if ((flags & XFILE_TYPE_WIDE) != 0 && (flags & Output) != 0) {
         flags = (flags & ~TextKinds) | XFILE_TYPE_BINARY;
-        savedFlags |= WideOutput;
+        savedFlags |= XFILE_WIDE_OUTPUT;
     }
     constexpr unsigned int Utf8Text = XFILE_TYPE_TEXT | XFILE_TYPE_UTF8;
     if ((flags & Utf8Text) == Utf8Text && encoding == xEncodingDefault) {
@@ -122,13 +121,18 @@ bool CStdioFileEx::CheckCarriageReturn() {
     }
     Line line;
     ReadLine(line, IsFileUnicodeText());
+    std::size_t size = 0; // up to a zero, which ends the line's text
     bool found = false;
     if (IsFileUnicodeText()) {
-        for (std::size_t at = 0; !found && at + 4 <= line.size; at += 2) {
+        while (size + 2 <= line.size && (line.bytes[size] != 0 || line.bytes[size + 1] != 0)) {
+            size += 2;
+        }
+        for (std::size_t at = 0; !found && at + 4 <= size; at += 2) {
             found = line.bytes[at] == '\r' && line.bytes[at + 1] == 0;
         }
     } else {
-        found = line.size > 1 && std::memchr(line.bytes, '\r', line.size - 1);
+        size = line.bytes ? strnlen(line.bytes, line.size) : 0;
+        found = size > 1 && std::memchr(line.bytes, '\r', size - 1);
     }
     Seek(0, begin);
     return found;
@@ -219,7 +223,7 @@ bool CStdioFileEx::ReadString(CXTString<char16_t>& line) {
 }
 
 void CStdioFileEx::WriteString(char16_t const* text) {
-    if ((savedFlags & WideOutput) == 0) {
+    if ((savedFlags & XFILE_WIDE_OUTPUT) == 0) {
         XFASTCW2A(narrowLine, text, encoding);
         if (!narrowLine.IsEmpty()) {
             Write(narrowLine, static_cast<unsigned long long>(narrowLine.GetLength()));

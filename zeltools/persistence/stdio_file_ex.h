@@ -17,6 +17,9 @@
 
 #include <cstdarg>
 
+/// Only in CStdioFileEx::savedFlags: text is written as UTF-16.
+inline constexpr unsigned int XFILE_WIDE_OUTPUT = 0x10000000;
+
 /// A text file in UTF-8, UTF-16 or a code page. Encodings are xStringEncoding values and numbers of code pages.
 ///
 /// Detection belongs to Open. After the opening constructor the encoding is unknown (-1), and text is in the system's
@@ -99,7 +102,7 @@ protected:
     bool skipBomPending = true;
     bool hasBom = false;
     int encoding = xEncodingDefault;
-    unsigned int savedFlags = 0; ///< As Open was given them, and WideOutput.
+    unsigned int savedFlags = 0; ///< As Open was given them, and XFILE_WIDE_OUTPUT.
     int carriageReturnLines = 0; ///< 1: lines end in CR alone.
     int lineCursor = -1;         ///< Next character of pendingLine; -1: no line is pending.
     CXTString<char> narrowLine;  ///< Narrow text on its way.
