@@ -10,6 +10,7 @@ enum class MediaLimit {
     SubImages,
     Faces,
     Vertices,
+    Time, ///< Milliseconds.
 };
 
 /// Limits of one operation. The defaults take every honest file of today and keep a lying one from taking the machine.

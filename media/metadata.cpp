@@ -28,6 +28,8 @@ Text ValueText(CCustomData const& entry) {
         text.Format(u"%I64d", integer);
     } else if (entry.GetDouble(ValueKey, number, 0)) {
         text.Format(u"%g", number);
+    } else if (entry.GetDataKindOf(ValueKey) == CustomDataBinary) {
+        text.Format(u"[%u bytes]", entry.GetDataSize(ValueKey));
     } else {
         entry.GetString(ValueKey, text, Text());
     }
@@ -51,6 +53,12 @@ void CMetadata::SetInteger(Text const& name, long long value) {
 void CMetadata::SetNumber(Text const& name, double value) {
     CCustomData entry;
     entry.SetDouble(ValueKey, value);
+    Put(name, entry);
+}
+
+void CMetadata::SetBinary(Text const& name, void const* data, unsigned int size) {
+    CCustomData entry;
+    entry.SetBinary(ValueKey, data, size);
     Put(name, entry);
 }
 

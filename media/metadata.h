@@ -22,6 +22,8 @@ public:
     void SetText(CXTString<char16_t> const& name, CXTString<char16_t> const& value);
     void SetInteger(CXTString<char16_t> const& name, long long value);
     void SetNumber(CXTString<char16_t> const& name, double value);
+    /// Bytes that only a program understands, such as a colour profile. As a text they are their number.
+    void SetBinary(CXTString<char16_t> const& name, void const* data, unsigned int size);
 
     /// The number of values.
     unsigned int GetCount() const { return store.GetIDCount(); }
