@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/start_and_close.h"
 
+#include "tests/support/printers.h"
+#include "zeltools/files/plugins_directory.h"
+#include "zeltools/foundation/application_path.h"
 #include "zeltools/foundation/exit_callbacks.h"
 #include "zeltools/process/custom_thread.h"
 
@@ -52,6 +55,17 @@ TEST_F(StartAndClose, CountedStartsCloseWithTheLast) {
     AddApplicationExitCallback([] { calls.push_back(2); }, 0);
     CloseZelTools(0);
     EXPECT_EQ(calls, (std::vector<int>{1, 2}));
+}
+
+TEST_F(StartAndClose, PluginsStandBesideTheApplicationThatWasStarted) {
+    CXTString<char16_t> const own = GetApplicationPath(true) + u"Plugins\\";
+    for (int start = 0; start < 2; ++start) { // the first close forgets the folder
+        InitQuenbyApplication(nullptr, u"\\tmp\\host", 0, nullptr);
+        SetApplicationPath(u"\\usr\\host");
+        EXPECT_EQ(GetPluginsDirectory(), u"\\tmp\\Plugins\\");
+        CloseQuenbyApplication(AppCloseFreeTables);
+        EXPECT_EQ(GetPluginsDirectory(), own);
+    }
 }
 
 using StartAndCloseDeath = StartAndClose;

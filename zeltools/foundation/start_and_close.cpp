@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/start_and_close.h"
 
+#include "zeltools/files/plugins_directory.h"
 #include "zeltools/files/registered_file.h"
 #include "zeltools/foundation/application_path.h"
 #include "zeltools/foundation/application_product_name.h"
@@ -53,6 +54,7 @@ void Start(char16_t const* applicationPath, unsigned int flags, char16_t const* 
     if (flags & AppInitSignals) {
         detail::InstallSignalHandlers();
     }
+    SetPluginsDirectory(GetApplicationPath(true), true);
 }
 
 } // namespace

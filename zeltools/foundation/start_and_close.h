@@ -34,8 +34,8 @@ enum ZelToolsInitFlags : unsigned int {
     ZelToolsChainResources = 0x100,
 };
 
-/// Starts the toolkit: main thread, worker count, log, application path, then what the flags ask for. A second call
-/// does nothing, whatever its arguments.
+/// Starts the toolkit: main thread, worker count, log, application path, then what the flags ask for, and last the
+/// plug-ins' folder beside the application. A second call does nothing, whatever its arguments.
 ///
 /// @param name             Not looked at.
 /// @param applicationPath  Given to SetApplicationPath, or null for the running program's own path.
