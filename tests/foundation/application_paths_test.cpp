@@ -6,6 +6,7 @@
 #include "zeltools/foundation/application_path.h"
 #include "zeltools/foundation/application_preferences.h"
 #include "zeltools/foundation/application_product_name.h"
+#include "zeltools/foundation/log_file.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -105,7 +106,14 @@ TEST_F(Application, FileComesFromTheLatestOfThreeVersionsBefore) {
     folder.Write("app 900013/a.prefs", "mine");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted));
     EXPECT_EQ(folder.Read("app 900013/a.prefs"), "mine");
-    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(Wide(u"\\nowhere\\a.prefs"))); // holds no version
+    std::u16string logged;
+    SetLogCallback(
+        [](unsigned int, Wide text, bool, void* user) { static_cast<std::u16string*>(user)->append(Text(text)); },
+        &logged);
+    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(wanted));
+    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(Wide(u"\\nowhere\\%s.prefs"))); // holds no version
+    SetLogCallback(nullptr, nullptr);
+    EXPECT_EQ(logged, u"InitApplication: \\nowhere\\%s.prefs file is missing. Get back from previous version\n");
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "zeltools/files/paths/path_queries.h"
 #include "zeltools/files/paths/path_slashes.h"
 #include "zeltools/foundation/application_product_name.h"
+#include "zeltools/foundation/log_file_private.h"
 #include "zeltools/platform/file_names.h"
 #include "zeltools/platform/known_folders.h"
 #include "zeltools/process/application_lock_private.h"
@@ -95,6 +96,8 @@ bool CopyFileFromPreviousVersionIfMissing(CXTString<char16_t> const& path) {
     if (fileExists(path)) {
         return false;
     }
+    detail::TraceToLog(u"InitApplication: %s file is missing. Get back from previous version\n",
+                       static_cast<char16_t const*>(path));
     int const version = detail::ProductVersion();
     WideString present;
     present.Format(u"%d", version);

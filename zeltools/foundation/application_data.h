@@ -28,6 +28,7 @@ ZEL_API CXTString<char16_t> GetUserApplicationDataPath(bool withoutVersion, char
 
 /// Brings a file over from one of the three product versions before this one, the latest that has it. The other
 /// version's path is this one's with each occurrence of the version number replaced, wherever it stands in the path.
+/// That the file is missing is written to the log.
 ///
 /// @param path  The file that is wanted.
 /// @return true when another version has the file, even if the copy fails; false when `path` is there already, does
