@@ -10,6 +10,8 @@
 #include "zeltools/files/plugins_directory.h"
 #include "zeltools/files/registered_file.h"
 #include "zeltools/foundation/application_path.h"
+#include "zeltools/foundation/invalid_arg.h"
+#include "zeltools/foundation/log_file.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -147,6 +149,22 @@ TEST_F(Plugins, LocksAreCounted) {
     EXPECT_TRUE(LoadPlugin(path, Entry, info));
     FreePlugin(info.handle, Entry, true);
     EXPECT_FALSE(LoadPlugin(path, Entry, info));
+}
+
+/// Neither a name that looks like a format nor a log that cannot be written stands in the way of a plug-in.
+TEST_F(Plugins, IsLoadedWhateverTheLogDoes) {
+    static std::u16string logged;
+    SetLogCallback(
+        [](unsigned int, Text text, bool, void*) {
+            logged += text.GetConstBuffer();
+            detail::ThrowInvalidArg();
+        },
+        nullptr);
+    Text const path = Copy("good", "%s%n.so");
+    EXPECT_TRUE(Load(path));
+    SetLogCallback(nullptr, nullptr);
+    EXPECT_EQ(logged, support::Whole(u"Plug-in " + path + u": In use.\n"));
+    FreePlugins(Entry);
 }
 
 TEST_F(Plugins, RegistersTheTypesOfOneKindAndGoesOnAfterBadOnes) {

@@ -3,7 +3,7 @@
 
 #include "zeltools/files/plugin_loader.h"
 #include "zeltools/foundation/exit_callbacks.h"
-#include "zeltools/foundation/log_file.h"
+#include "zeltools/foundation/log_file_private.h"
 #include "zeltools/foundation/xload_string.h"
 
 namespace {
@@ -57,7 +57,6 @@ void detail::TellPluginOutcome(PluginReport const& report) {
     EntryOf(report) = report;
     if (IsLogFileEnabled()) {
         CXTString<char16_t> const text = GetPluginOutcomeText(report);
-        WriteToLogFile(u"Plug-in %s: %s\n", static_cast<char16_t const*>(report.path),
-                       static_cast<char16_t const*>(text));
+        TraceToLog(u"Plug-in %s: %s\n", static_cast<char16_t const*>(report.path), static_cast<char16_t const*>(text));
     }
 }
