@@ -71,7 +71,8 @@ protected:
         EXPECT_EQ(parsersAlive, 0);
     }
     static void Register(char16_t const* extension, unsigned int classId, unsigned int properties) {
-        CFileExt type(u"Samples", extension, classId, properties, FileIdPlugin, FileIdPlugin, &MakeParser);
+        unsigned int const id = classId == AloneClass ? FileIdCallback : FileIdPlugin; // both make their parser
+        CFileExt type(u"Samples", extension, classId, properties, id, id, &MakeParser);
         fileRegisterFile(type);
     }
 
@@ -111,8 +112,47 @@ TEST_F(FileIo, TakesTheParserOfTheNameAndDirection) {
     EXPECT_EQ(CFileIo::HasDialog(AloneClass, true), IoDialogOptional);
     EXPECT_EQ(CFileIo::HasDialog(WriterClass, false), IoDialogAlways);
     EXPECT_EQ(CFileIo::HasDialog(FourCC("none"), true), IoDialogNone);
-    Manager const ofClass(WriterClass, 0, nullptr);
+    Manager const ofClass(WriterClass, IoFlagLoading, nullptr);
     EXPECT_EQ(ofClass.GetName(), u".zel1");
+    EXPECT_EQ(ofClass.GetClass(), WriterClass); // though another reads the extension first
+}
+
+TEST_F(FileIo, IsMadeByWhoeverServesTheKind) {
+    static int made = 0;
+    auto const make = [](CFileNameSpec const& name, unsigned int flags, CWnd* parent) -> CFileIo* {
+        ++made;
+        return new Manager(name, flags, parent);
+    };
+    CFileIo::RegisterFileIoCreationCallback(FileKind3D, make);
+    EXPECT_TRUE(CFileIo::IsSingleThreaded(u"C:\\a.zel2", IoFlagLoading));
+    delete CFileIo::CreateFileIoFromPath({u"C:\\a.zel1", AloneClass}, IoFlagLoading); // the kind is the class's
+    EXPECT_EQ(made, 2);
+    delete CFileIo::CreateFileIoFromPath(u"C:\\a.zel1", IoFlagLoading);
+    CFileIo::RegisterFileIoCreationCallback(FileKind3D, nullptr);
+    delete CFileIo::CreateFileIoFromPath(u"C:\\a.zel2", IoFlagLoading);
+    EXPECT_EQ(made, 2);
+}
+
+TEST_F(FileIo, AnotherNameKeepsWhatWasTold) {
+    Manager io(u"C:\\a.zel1", IoFlagLoading, nullptr);
+    CFileParser const* const parser = io.InitParser();
+    io.SetIoError(u"line 3: no colour", nullptr, IoLogInfo::Error);
+    io.SetNewFileName(u"D:\\b\\100%s.nobody");
+    EXPECT_EQ(io.GetCurrentShortFileName(), u"100%s.nobody");
+    EXPECT_EQ(io.GetCurrentFilePath(), u"D:\\b\\");
+    EXPECT_EQ(parsersAlive, parser ? 1 : 0);
+    EXPECT_EQ(io.GetIoErrorTxt(), u"line 3: no colour");
+    io.InitParser(); // for that name there is none
+    EXPECT_EQ(io.GetIoErrorTxt(), u"Unknown file type");
+    io.SetNewFileName(u"C:\\a.zel1");
+    EXPECT_NE(io.InitParser(), nullptr);
+    EXPECT_EQ(io.GetIoError(), IoUnknownType); // a new try is the host's to clear
+    NotingDesktop desktop;
+    io.SetNewFileName(u"D:\\b\\100%s.zel1");
+    io.SetIoError(IoCannotOpen, nullptr, IoLogInfo::Error);
+    io.ReportIoError(nullptr, 0);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text.Find(u"File access failed 100%s.zel1\nCan't open the file 100%s.zel1."), 0);
 }
 
 TEST_F(FileIo, FallsThroughToTheNextParserOfANameOnly) {
@@ -155,8 +195,22 @@ TEST_F(FileIo, TellsTheUserOnceAndNobodyWhenSilent) {
     ASSERT_EQ(desktop.boxes.size(), 2u);
     EXPECT_EQ(desktop.boxes[1].text.Right(18), u"\nline 3: no colour"); // the log, in place of the box
     EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(false, IoSuccess, nullptr), u"File successfully saved");
-    EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(true, -5, u"a"), CFileIo::GetIoErrorTxtFromCode(true, 99, u"a"));
-    EXPECT_TRUE(CFileIo::GetIoErrorTxtFromCode(true, IoOwnText, u"a").IsEmpty());
+    std::pair<int, char16_t const*> const texts[] = {
+        {-3, u"Bad file format"},
+        {-4, u"No enough memory"},
+        {-5, u"An unknown error occurs during file access"},
+        {-6, u"The disk or directory is full"},
+        {-7, u"Unauthorized access"},
+        {-8, u"There is nothing to save.\nFile saving is canceled."},
+        {-9, u"Can't save in this format with these options"},
+        {-10, u"There is no information in the file. The operation is canceled."},
+        {-11, u"Operation canceled"},
+        {IoOwnText, u""},
+        {99, u"An unknown error occurs during file access"},
+    };
+    for (auto const& [code, text] : texts) {
+        EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(true, code, u"a"), text) << code;
+    }
 }
 
 TEST_F(FileIo, CancelReachesTheManagersOfAClassOnTheirThreads) {
@@ -213,6 +267,7 @@ TEST_F(FileIo, FindsTheFilesOfASequence) {
     Wide found = u"untouched";
     EXPECT_FALSE(CFileIo::FindMatchingFile(found, (folder.Path() + u"shot*.tga").c_str(), 7));
     EXPECT_FALSE(CFileIo::FindMatchingFile(found, folder.Path("none.tga").c_str(), 0));
+    EXPECT_FALSE(CFileIo::FindMatchingFile(found, (folder.Path() + u"shot*.tga").c_str(), 5)); // a folder
     EXPECT_EQ(found, u"untouched");
     EXPECT_TRUE(CFileIo::FindMatchingFile(found, (folder.Path() + u"shot*.tga").c_str(), 1));
     EXPECT_EQ(found, folder.Path("shot0001.tga").c_str());
