@@ -34,8 +34,7 @@ std::string LoadResult(CCustomData& data, std::string const& bytes) {
 }
 
 std::string WithWord(std::string bytes, std::size_t offset, unsigned int word) {
-    std::memcpy(bytes.data() + offset, &word, sizeof(word));
-    return bytes;
+    return bytes.replace(offset, sizeof(word), reinterpret_cast<char const*>(&word), sizeof(word));
 }
 
 /// Reads all there is, as a careless host would.
