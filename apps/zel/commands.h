@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "media/media_limits.h"
 #include "progress_report.h"
 
 #include <string>
@@ -19,7 +20,7 @@ enum ExitStatus : int {
     ExitAllWell = 0,
     ExitSomeFailed = 1,
     ExitWrongUsage = 2,
-    ExitInterrupted = 130, ///< The keyboard's interruption; main ends the process by its signal.
+    ExitInterrupted = 130, ///< The keyboard's interruption.
 };
 
 enum class SortBy {
@@ -36,10 +37,38 @@ struct ListOptions {
     bool json = false;
     SortBy sort = SortBy::Walk;
     ProgressStyle progress = ProgressStyle::Automatic;
+    bool open = true; ///< Whether images and scenes are opened, for what their headers tell.
+    unsigned int threads = 1;
+    MediaLimits limits;
+};
+
+/// Which files are shown.
+struct ShowOptions {
+    std::vector<std::string> files; ///< Native names.
+    bool json = false;
+    MediaLimits limits;
+};
+
+struct ConvertOptions {
+    std::string from; ///< Native names.
+    std::string to;
+    std::vector<std::string> options; ///< "name=value".
+    bool overwrite = false;
+    bool preferences = true; ///< Whether the options are remembered for their format.
+    MediaLimits limits;
 };
 
 /// Lists files and folders with what the toolkit knows of them by name, and totals by kind.
 int RunList(ListOptions const& options);
+
+/// Prints all that is known of files.
+int RunShow(ShowOptions const& options);
+
+/// Reads an image or a scene and writes it as another file.
+int RunConvert(ConvertOptions const& options);
+
+/// Prints what is in the folder of the plug-ins, and why a file of it was refused.
+int RunPlugins(bool json);
 
 /// Prints the values of a custom data stream, or of each record of a preferences file.
 int RunDump(std::string const& nativePath);

@@ -7,6 +7,16 @@
 
 namespace zel {
 
+namespace {
+
+/// Whether the present parser of a name is one that can be made and asked.
+bool HasLoader(CFileInfo const& info) {
+    bool const made = info.GetLoader() == FileIdPlugin || info.GetLoader() == FileIdCallback;
+    return made && info.GetInitIoCallback() && (info.GetProperties() & FilePropertyAnyLoad) != 0;
+}
+
+} // namespace
+
 char const* KindName(unsigned int properties) {
     struct Row {
         unsigned int kind;
@@ -37,6 +47,13 @@ void AddTypeFacts(CXTString<char16_t> const& path, bool isFolder, FileFacts& fac
     CFileExt type;
     if (info.GetClass() && fileGetExtensionInfo(info.GetClass(), type)) {
         facts.description = static_cast<char const*>(XCW2A(type.GetDescription(), xEncodingUtf8));
+    }
+    if ((info.GetKindOf() & (FileKindBitmap | FileKind3D)) != 0 && !isFolder) {
+        facts.openable = HasLoader(info);
+        while (!facts.openable && info.CanTryAnotherParser()) {
+            info.TryNextParser();
+            facts.openable = HasLoader(info);
+        }
     }
 }
 

@@ -6,9 +6,12 @@
 #include <zeltools/files/paths/folder_walk.h>
 #include <zeltools/foundation/xtime.h>
 
+#include <memory>
 #include <string>
 
 namespace zel {
+
+struct MediaFacts;
 
 struct FileFacts {
     std::string name;        ///< Native name, below the folder that was asked for.
@@ -19,8 +22,10 @@ struct FileFacts {
     bool loadable = false;
     bool savable = false;
     bool isFolder = false;
+    bool openable = false; ///< An image or a scene with a parser that can be asked for its content.
     unsigned long long sizeBytes = 0;
     CXTime lastWrite;
+    std::shared_ptr<MediaFacts const> media; ///< The content; null where the file was not opened.
 };
 
 /// The word for a kind of data: "bitmap", "3d", "audio", ..., "other" for none of them.

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "file_facts.h"
+#include "interruption.h"
 #include "list_report.h"
+#include "plugins_setup.h"
+#include "row_queue.h"
 #include "terminal.h"
 #include "trace.h"
 #include "walk_progress.h"
@@ -15,6 +18,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fmt/format.h>
 #include <string_view>
 #include <unistd.h>
@@ -29,39 +33,85 @@ std::string Reason(CXFileException::FileExceptionType cause, std::string const& 
     return static_cast<char const*>(XCW2A(failure.GetErrorMessage(), xEncodingUtf8));
 }
 
-class Lister {
+/// How many rows a path gives, as far as can be told; for a progress that tells of how many.
+std::size_t CountRows(std::string const& nativePath, bool recursive, Interruption const& interruption) {
+    namespace fs = std::filesystem;
+    std::size_t count = 0;
+    std::error_code error;
+    fs::recursive_directory_iterator walk(nativePath, fs::directory_options::skip_permission_denied, error);
+    if (error) {
+        return 1;
+    }
+    for (; !error && walk != fs::recursive_directory_iterator(); walk.increment(error)) {
+        if (!recursive) {
+            walk.disable_recursion_pending();
+        }
+        if (++count % 1024 == 0 && interruption.IsRequested()) {
+            break;
+        }
+    }
+    return count;
+}
+
+class Lister : RowSink {
 public:
-    explicit Lister(ListOptions const& listOptions)
-        : options(listOptions), report(listOptions.json ? MakeJsonReport() : MakeTextReport()),
-          errorsToTerminal(isatty(STDERR_FILENO)), progressReport(listOptions.progress),
-          progress(progressReport.IsShown(), listOptions.paths.size()) {
+    Lister(ListOptions const& listOptions, Interruption& interruptionOfUser)
+        : options(listOptions), interruption(interruptionOfUser),
+          report(listOptions.json ? MakeJsonReport() : MakeTextReport()), errorsToTerminal(isatty(STDERR_FILENO)),
+          progressReport(listOptions.progress, interruptionOfUser),
+          progress(progressReport.IsShown(), listOptions.paths.size()), queue(listOptions, *this) {
         if (isatty(STDOUT_FILENO)) { // then it is the terminal that has the bar
             report->beforeWriting = [this] { progressReport.Clear(); };
         }
+        interruption.SetListener([this] { queue.Pool().Cancel(); });
     }
+    ~Lister() override { interruption.SetListener(nullptr); }
 
     int Run() {
-        for (std::string const& path : options.paths) {
-            ListPath(path);
-            progress.EndPath();
-            if (progress.IsCancelled()) {
-                Trace(TraceAlways, "zel list: interrupted\n");
-                return ExitInterrupted;
+        if (progressReport.IsShown()) {
+            for (std::string const& path : options.paths) {
+                progressReport.AddToTotal(CountRows(path, options.recursive, interruption));
             }
         }
-        progressReport.Finish();
+        for (std::string const& path : options.paths) {
+            ListPath(path);
+            queue.AddEndOfPath();
+            if (MustStop()) {
+                break;
+            }
+        }
+        queue.Finish();
+        return End();
+    }
+
+private:
+    bool MustStop() const { return interruption.IsRequested() || report->HasFailed(); }
+
+    int End() {
+        totals.interrupted = interruption.IsRequested();
+        if (totals.interrupted) {
+            interruption.Acknowledge();
+            progressReport.Clear();
+            Trace(TraceAlways, "zel list: interrupted\n");
+        } else {
+            progressReport.Finish();
+        }
         TraceTotals();
         for (FileFacts const& facts : Sorted()) {
             report->AddRow(facts);
         }
-        if (!report->Finish(totals)) {
+        bool const written = report->Finish(totals);
+        if (totals.interrupted) {
+            queue.Pool().Join(interruption.Deadline());
+            return ExitInterrupted;
+        }
+        if (!written) {
             fmt::print(stderr, "zel: standard output: not everything could be written\n");
             return ExitSomeFailed;
         }
         return totals.failures ? ExitSomeFailed : ExitAllWell;
     }
 
-private:
     void ListPath(std::string const& nativePath) {
         Trace(TraceAlways, "zel list: %s\n", ShownName(nativePath, true).c_str());
         CXTString<char16_t> path = fileFromNativeName(nativePath.c_str());
@@ -79,33 +129,40 @@ private:
         if (size == ~0ULL || !fileGetLastWriteDate(path, facts.lastWrite)) {
             CXFileException failure;
             CXFileException::ThrowOsError(CXFileException::fileNotFound, path, &failure);
-            Fail(nativePath, failure.cause);
+            queue.AddFailure(nativePath, failure.cause, CXTString<char16_t>());
             return;
         }
         facts.name = nativePath;
         facts.sizeBytes = size;
-        AddTypeFacts(path, false, facts);
-        AddRow(std::move(facts));
+        AddRow(path, false, std::move(facts), nativePath, CXTString<char16_t>());
     }
 
     void ListFolder(CXTString<char16_t> const& folder, std::string const& nativeFolder) {
         CFolderWalk walk(folder, options.recursive ? CFolderWalk::BelowToo : CFolderWalk::ThisFolder);
         CXTString<char16_t> traced;
-        for (CFolderWalk::Entry entry; !progress.IsCancelled() && walk.Next(entry);) {
-            progress.TakeEntry(walk.GetFolder());
+        for (CFolderWalk::Entry entry; !MustStop() && walk.Next(entry);) {
             TraceFolder(walk.GetFolder(), traced);
             std::string const below = NativeBelow(walk.GetFolder(), folder.GetLength(), entry.name);
+            std::string const whole = nativeFolder + (nativeFolder.ends_with('/') || below.empty() ? "" : "/") + below;
             if (entry.error != CXFileException::none) {
-                Fail(nativeFolder + (nativeFolder.ends_with('/') || below.empty() ? "" : "/") + below, entry.error);
+                queue.AddFailure(whole, entry.error, walk.GetFolder());
                 continue;
             }
             FileFacts facts;
             facts.name = below;
             facts.sizeBytes = entry.sizeBytes;
             facts.lastWrite = entry.lastWrite;
-            AddTypeFacts(walk.GetFolder() + entry.name + (entry.isDirectory ? u"\\" : u""), entry.isDirectory, facts);
-            AddRow(std::move(facts));
+            AddRow(walk.GetFolder() + entry.name + (entry.isDirectory ? u"\\" : u""), entry.isDirectory,
+                   std::move(facts), whole, walk.GetFolder());
         }
+    }
+
+    void AddRow(CXTString<char16_t> const& path, bool isFolder, FileFacts&& facts, std::string const& nativeName,
+                CXTString<char16_t> const& folder) {
+        RegisterPlugins();
+        AddTypeFacts(path, isFolder, facts);
+        facts.openable &= options.open;
+        queue.AddRow(std::move(facts), path, nativeName, folder);
     }
 
     /// The native name of an entry, seen from the folder that was asked for.
@@ -132,7 +189,10 @@ private:
         Trace(TraceAlways, "zel list: %I64u files, %I64u bytes, %I64u failures\n", files, bytes, totals.failures);
     }
 
-    void AddRow(FileFacts&& facts) {
+    // What the queue lets out
+
+    void TakeRow(FileFacts&& facts, CXTString<char16_t> const& folder) override {
+        TakeProgress(folder);
         progressReport.CountFile();
         totals.Add(facts);
         if (options.sort == SortBy::Walk) {
@@ -142,9 +202,28 @@ private:
         }
     }
 
-    void Fail(std::string const& nativeName, CXFileException::FileExceptionType cause) {
+    void TakeOpenFailure(std::string const& nativeName, std::string const& reason) override {
+        Fail(nativeName, ShownName(nativeName + ": " + reason, errorsToTerminal));
+    }
+
+    void TakeFailure(std::string const& nativeName, CXFileException::FileExceptionType cause,
+                     CXTString<char16_t> const& folder) override {
+        TakeProgress(folder);
+        Fail(nativeName, Reason(cause, ShownName(nativeName, errorsToTerminal)));
+    }
+
+    void TakeEndOfPath() override { progress.EndPath(); }
+
+    void TakePause() override { report->Pause(); }
+
+    void TakeProgress(CXTString<char16_t> const& folder) {
+        if (!folder.IsEmpty()) {
+            progress.TakeEntry(folder);
+        }
+    }
+
+    void Fail(std::string const& nativeName, std::string const& reason) {
         ++totals.failures;
-        std::string const reason = Reason(cause, ShownName(nativeName, errorsToTerminal));
         report->AddFailure(nativeName, reason);
         Trace(TraceAlways, "%s\n", reason.c_str());
         progressReport.Clear();
@@ -167,18 +246,21 @@ private:
     }
 
     ListOptions const& options;
+    Interruption& interruption;
     std::unique_ptr<ListReport> report;
     ListTotals totals;
     std::vector<FileFacts> rows; ///< Held back to be sorted; empty in the walk's own order.
     bool errorsToTerminal;
     ProgressReport progressReport; ///< Shows what `progress` reports.
     WalkProgress progress;
+    RowQueue queue;
 };
 
 } // namespace
 
 int RunList(ListOptions const& options) {
-    return Lister(options).Run();
+    Interruption interruption;
+    return Lister(options, interruption).Run();
 }
 
 } // namespace zel

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "json_text.h"
 #include "list_report.h"
+#include "media_facts.h"
 
 #include <cstdio>
 #include <fmt/format.h>
@@ -36,6 +37,9 @@ public:
         row["savable"] = facts.savable;
         row["size"] = facts.isFolder ? Json(nullptr) : Json(facts.sizeBytes);
         row["written"] = UtcText(facts.lastWrite);
+        if (facts.media) {
+            facts.media->AddTo(row);
+        }
         Write(std::string(any ? ",\n" : "{\"files\": [\n") + row.dump());
         any = true;
     }
@@ -47,13 +51,17 @@ public:
         failures.push_back(std::move(failure));
     }
 
+    void Pause() override { std::fflush(stdout); }
+
+    bool HasFailed() const override { return failed; }
+
     bool Finish(ListTotals const& totals) override {
         Json kinds = Json::object();
         for (auto const& [kind, total] : totals.kinds) {
             kinds[kind] = {{"files", total.files}, {"size", total.sizeBytes}};
         }
         Write(std::string(any ? "\n" : "{\"files\": [") + "],\n\"failures\": " + failures.dump() +
-              ",\n\"totals\": " + kinds.dump() + "}\n");
+              ",\n\"totals\": " + kinds.dump() + (totals.interrupted ? ",\n\"interrupted\": true" : "") + "}\n");
         return !failed && std::fflush(stdout) == 0;
     }
 

@@ -20,6 +20,7 @@ struct ListTotals {
     };
     std::map<std::string, Kind> kinds; ///< By the kind's word.
     unsigned long long failures = 0;   ///< Files and folders that could not be read.
+    bool interrupted = false;          ///< The user wanted no more.
 
     void Add(FileFacts const& facts);
 };
@@ -31,6 +32,10 @@ public:
     virtual void AddRow(FileFacts const& facts) = 0;
     /// A file or folder that could not be read. The text report leaves this to standard error.
     virtual void AddFailure(std::string const& nativeName, std::string const& reason) = 0;
+    /// Nothing may come for a while: shows what has come.
+    virtual void Pause() {}
+    /// Whether nobody takes what is written.
+    virtual bool HasFailed() const = 0;
     /// The end of the list; false when not everything could be written.
     [[nodiscard]] virtual bool Finish(ListTotals const& totals) = 0;
 

@@ -4,6 +4,7 @@
 #include <zeltools/foundation/application_preferences.h>
 #include <zeltools/foundation/four_cc.h>
 #include <zeltools/persistence/custom_data.h>
+#include <zeltools/process/worker_count.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -22,6 +23,8 @@ constexpr unsigned int RecursiveId = FourCC("RECU");
 constexpr unsigned int JsonId = FourCC("JSON");
 constexpr unsigned int SortId = FourCC("SORT");
 constexpr unsigned int ProgressId = FourCC("PROG");
+
+constexpr unsigned int MaxThreads = 1024;
 
 // The words of the command line are also what is stored, so that a file outlives a change of the enumerations.
 std::map<std::string, SortBy> const SortWords = {{"walk", SortBy::Walk},
@@ -96,6 +99,11 @@ void AddListChoices(CLI::App& command, ListChoices& choices) {
                     "Show progress on standard error: bar, lines, json or none; auto for a bar on a terminal")
         ->transform(CLI::CheckedTransformer(ProgressWords))
         ->option_text("STYLE");
+    command.add_flag("--open,!--no-open", choices.open,
+                     "Open images and scenes and tell what their headers say; --no-open for what the names tell");
+    command.add_option("--threads", choices.threads, "Open so many files at once; by default one a free processor")
+        ->check(CLI::Range(1U, MaxThreads))
+        ->option_text("N");
     AddChoice(command, "--preferences,!--no-preferences", choices.preferences,
               "Start from the options used last and remember these: where standard output is a terminal, "
               "unless one of the two says otherwise");
@@ -111,6 +119,8 @@ void ApplyListChoices(ListChoices choices, ListOptions& options) {
     options.json = choices.json.value_or(options.json);
     options.sort = choices.sort.value_or(options.sort);
     options.progress = choices.progress.value_or(options.progress);
+    options.open = choices.open;
+    options.threads = choices.threads ? choices.threads : OMPGetMaxThreadCount(true);
 }
 
 } // namespace zel

@@ -24,6 +24,9 @@ struct ListChoices {
     std::optional<bool> json;
     std::optional<SortBy> sort;
     std::optional<ProgressStyle> progress;
+    // Not remembered, since they are a matter of the files and the moment.
+    bool open = true;
+    unsigned int threads = 0;        ///< 0 for the toolkit's worker count.
     std::optional<bool> preferences; ///< Whether to remember at all; nothing for a terminal only.
 };
 

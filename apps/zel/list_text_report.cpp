@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "list_report.h"
+#include "media_facts.h"
 #include "terminal.h"
 
+#include <chrono>
 #include <cstdio>
 #include <fmt/format.h>
 #include <iterator>
@@ -14,6 +16,10 @@ namespace {
 constexpr std::size_t flushBytes = 64 * 1024;
 /// Wide enough for most names; a longer one pushes the description on its own line to the right, nothing else.
 constexpr int nameColumns = 32;
+/// The same for the descriptions, where the content of a file follows.
+constexpr int descriptionColumns = 32;
+/// A person waits no longer than this for a row that is there.
+constexpr std::chrono::milliseconds flushPause{100};
 
 Colour ColourOfKind(std::string_view kind) {
     switch (kind.front()) {
@@ -51,11 +57,11 @@ public:
     void AddRow(FileFacts const& facts) override {
         if (!headed) {
             headed = true;
-            fmt::format_to(
-                Out(), "{}\n",
-                Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:>7}  {:>13}  {:<16}  {:<{}}  {}", "TYPE", "KIND",
-                                     "LOAD", "SAVE", "PARSERS", "BYTES", "WRITTEN", "NAME", nameColumns, "DESCRIPTION"),
-                         Colour::Dim, colour));
+            fmt::format_to(Out(), "{}\n",
+                           Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:>7}  {:>13}  {:<16}  {:<{}}  {:<{}}  {}",
+                                                "TYPE", "KIND", "LOAD", "SAVE", "PARSERS", "BYTES", "WRITTEN", "NAME",
+                                                nameColumns, "DESCRIPTION", descriptionColumns, "CONTENT"),
+                                    Colour::Dim, colour));
         }
         fmt::format_to(Out(), "{:<4}  ", facts.classCode.empty() ? "-" : facts.classCode);
         AppendColoured(fmt::format("{:<7}", facts.kind), ColourOfKind(facts.kind));
@@ -72,13 +78,27 @@ public:
             AppendColoured(name, facts.isFolder ? Colour::Blue : Colour::Plain);
         } else {
             AppendColoured(PadRight(name, nameColumns), facts.isFolder ? Colour::Blue : Colour::Plain);
-            fmt::format_to(Out(), "  {}", facts.description);
+            fmt::format_to(Out(), "  {}",
+                           facts.media ? PadRight(facts.description, descriptionColumns) : facts.description);
+        }
+        if (facts.media) {
+            buffer.append(std::string_view("  "));
+            AppendColoured(ShownName(facts.media->Text(), terminal),
+                           facts.media->answer.answered ? Colour::Plain : Colour::Red);
         }
         buffer.push_back('\n');
         if (buffer.size() >= flushBytes) {
             Flush();
         }
     }
+
+    void Pause() override {
+        if (Clock::now() - lastFlush >= flushPause) {
+            Flush();
+        }
+    }
+
+    bool HasFailed() const override { return failed; }
 
     void AddFailure(std::string const&, std::string const&) override {
         Flush(); // so that the words on standard error stand where the row would be
@@ -100,6 +120,9 @@ public:
         if (totals.failures) {
             fmt::format_to(Out(), "{}\n",
                            Coloured(fmt::format("{:<7}  {:>9}", "failed", totals.failures), Colour::Red, colour));
+        }
+        if (totals.interrupted) {
+            fmt::format_to(Out(), "{}\n", Coloured("interrupted", Colour::Red, colour));
         }
         Flush();
         return !failed && std::fflush(stdout) == 0;
@@ -123,13 +146,17 @@ private:
         failed |= std::fwrite(buffer.data(), 1, buffer.size(), stdout) != buffer.size();
         std::fflush(stdout);
         buffer.clear();
+        lastFlush = Clock::now();
     }
+
+    using Clock = std::chrono::steady_clock;
 
     bool colour;
     bool terminal;
     bool headed = false;
     bool failed = false;
     fmt::memory_buffer buffer;
+    Clock::time_point lastFlush{};
     DateText dates;
 };
 

@@ -3,7 +3,10 @@
 
 #include "commands.h"
 #include "list_settings.h"
+#include "media_options.h"
+#include "plugins_setup.h"
 #include "registry_command.h"
+#include "worker_pool.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/log_file.h>
@@ -11,9 +14,11 @@
 
 #include <CLI/CLI.hpp>
 #include <clocale>
-#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace {
 
@@ -29,16 +34,40 @@ public:
         InitQuenbyApplication(nullptr, nullptr, AppInitFileTypes, log.empty() ? nullptr : path.GetConstBuffer());
     }
     ~Toolkit() {
+        if (leave) {
+            return;
+        }
         BeforeCloseQuenbyApplication();
         CloseQuenbyApplication(AppCloseFileTypes | AppCloseFreeTables);
     }
     Toolkit(Toolkit const&) = delete;
     Toolkit& operator=(Toolkit const&) = delete;
+
+    /// Leaves everything to the system, whose end of the process waits for no thread.
+    void Leave() {
+        leave = true;
+        CloseLogFile();
+    }
+
+private:
+    bool leave = false;
 };
+
+/// A program that was started without its standard streams would get their numbers for the files that it opens, and
+/// then print into these.
+void KeepStandardStreams() {
+    for (int const stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1) {
+            // Open for the other direction, so that using it fails.
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
 
 } // namespace
 
 int main(int argc, char** argv) {
+    KeepStandardStreams();
     // Names are counted in UTF-8 columns whatever the user's locale is; numbers stay in the C locale.
     std::setlocale(LC_CTYPE, "C.UTF-8");
 
@@ -46,7 +75,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.set_version_flag("--version", "zel " ZEL_VERSION);
     app.set_help_flag("-h,--help", "Print this help and exit");
-    app.footer("Exit status: 0 all well, 1 something could not be read, 2 wrong usage.");
+    app.footer("Exit status: 0 all well, 1 something could not be read, 2 wrong usage, 130 interrupted.");
 
     zel::ListOptions list;
     CLI::App* const listCommand =
@@ -54,9 +83,22 @@ int main(int argc, char** argv) {
     listCommand->add_option("PATH", list.paths, "Files and folders")->required();
     zel::ListChoices choices;
     zel::AddListChoices(*listCommand, choices);
+    list.limits.timeMs = 60'000; // nobody waits longer for one file of many
+    zel::AddLimits(*listCommand, list.limits);
     std::string log;
     listCommand->add_option("--log", log, "Write a log of the work into FILE, in place of what it holds")
         ->option_text("FILE");
+
+    zel::ShowOptions show;
+    CLI::App* const showCommand = app.add_subcommand("show", "Print all that is known of files");
+    showCommand->add_option("FILE", show.files, "Files")->required();
+    showCommand->add_flag("--json", show.json, "Print JSON");
+    zel::AddLimits(*showCommand, show.limits);
+
+    zel::ConvertOptions convert;
+    CLI::App* const convertCommand =
+        app.add_subcommand("convert", "Read an image or a scene and write it as another file");
+    zel::AddConvertOptions(*convertCommand, convert);
 
     std::string dumpFile;
     CLI::App* const dumpCommand =
@@ -69,6 +111,9 @@ int main(int argc, char** argv) {
     bool json = false;
     CLI::App* const typesCommand = app.add_subcommand("types", "List the file types that are known");
     typesCommand->add_flag("--json", json, "Print JSON");
+    CLI::App* const pluginsCommand =
+        app.add_subcommand("plugins", "List the plug-ins with their types, or why one was refused");
+    pluginsCommand->add_flag("--json", json, "Print JSON");
     CLI::App* const whereCommand = app.add_subcommand("where", "Tell where the program keeps its data");
     whereCommand->add_flag("--json", json, "Print JSON");
 
@@ -83,7 +128,8 @@ int main(int argc, char** argv) {
 
     int status = zel::ExitWrongUsage;
     {
-        Toolkit const toolkit(log);
+        Toolkit toolkit(log);
+        zel::SetPluginsFolder();
         if (!log.empty() && !IsLogFileEnabled()) {
             fmt::print(stderr, "zel: {}: the log cannot be written\n", log);
             return zel::ExitSomeFailed;
@@ -92,15 +138,20 @@ int main(int argc, char** argv) {
             zel::ApplyListChoices(choices, list);
             status = zel::RunList(list);
         } else {
-            status = *prefsCommand      ? zel::RunPrefs(prefs)
+            status = *showCommand       ? zel::RunShow(show)
+                     : *convertCommand  ? zel::RunConvert(convert)
+                     : *pluginsCommand  ? zel::RunPlugins(json)
+                     : *prefsCommand    ? zel::RunPrefs(prefs)
                      : *registryCommand ? zel::RunRegistry(registry)
                      : *dumpCommand     ? zel::RunDump(dumpFile)
                      : *typesCommand    ? zel::RunTypes(json)
                                         : zel::RunWhere(json);
         }
-    }
-    if (status == zel::ExitInterrupted) {
-        std::raise(SIGINT); // so that a shell's loop ends too
+        if (zel::WorkerPool::HasLeftThreads()) {
+            toolkit.Leave();
+            std::fflush(nullptr);
+            _exit(status);
+        }
     }
     return status;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "progress_report.h"
 
+#include "interruption.h"
 #include "json_text.h"
 #include "terminal.h"
 #include <zeltools/foundation/string_conversion.h>
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fmt/format.h>
@@ -19,22 +19,6 @@
 namespace zel {
 
 namespace {
-
-std::sig_atomic_t volatile interrupted = 0;
-
-struct sigaction formerAction {};
-
-/// The handler goes with the first interruption, so that a second one ends the program even if it hangs. A program
-/// that was told to ignore interruptions goes on ignoring them.
-void CatchInterruption() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { interrupted = 1; };
-    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
-    sigaction(SIGINT, &action, &formerAction);
-    if (formerAction.sa_handler == SIG_IGN) {
-        sigaction(SIGINT, &formerAction, nullptr);
-    }
-}
 
 ProgressStyle Resolved(ProgressStyle style) {
     if (style != ProgressStyle::Automatic && style != ProgressStyle::Bar) {
@@ -80,30 +64,30 @@ std::string Tail(std::string name, int columns) {
 
 } // namespace
 
-ProgressReport::ProgressReport(ProgressStyle wanted) : style(Resolved(wanted)) {
-    if (style == ProgressStyle::Bar) {
-        CatchInterruption();
-    }
+ProgressReport::ProgressReport(ProgressStyle wanted, Interruption const& interruptionOfUser)
+    : style(Resolved(wanted)), interruption(interruptionOfUser) {
     processProgressPushCallback(&Listen, this);
 }
 
 ProgressReport::~ProgressReport() {
     processProgressPopCallback();
     Clear();
-    if (style == ProgressStyle::Bar) {
-        sigaction(SIGINT, &formerAction, nullptr);
-    }
 }
 
 bool ProgressReport::Listen(unsigned int flags, ProcessProgressInfo const& progress, void* user) {
+    auto* const report = static_cast<ProgressReport*>(user);
     if (flags & ProcessProgressFirstPosition) {
-        static_cast<ProgressReport*>(user)->Show(progress.first);
+        report->Show(progress.first);
     }
-    return (flags & ProcessProgressCancelQuestion) && interrupted;
+    return (flags & ProcessProgressCancelQuestion) && report->interruption.IsRequested();
 }
 
 double ProgressReport::SecondsGone() const {
     return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+std::string ProgressReport::FilesText() const {
+    return total > files ? fmt::format("{} of {} files", files, total) : fmt::format("{} files", files);
 }
 
 void ProgressReport::Show(ProcessProgressBar const& bar) {
@@ -140,7 +124,7 @@ void ProgressReport::DrawBar(double done, std::string const& place) {
             line += "  " + text;
         }
     };
-    append(fmt::format("{} files", files));
+    append(FilesText());
     append(gone > 0 ? fmt::format("{:.0f}/s", static_cast<double>(files) / gone) : std::string());
     append(TimeLeft(gone, done));
     std::string const tail = Tail(place, columns - static_cast<int>(line.size()) - 2);
@@ -158,7 +142,7 @@ void ProgressReport::DrawBar(double done, std::string const& place) {
 void ProgressReport::PrintLine(double done) const {
     double const gone = SecondsGone();
     std::string const left = TimeLeft(gone, done);
-    fmt::print(stderr, "zel: {:>3} %, {} files{}{}\n", static_cast<int>(done * 100), files, left.empty() ? "" : ", ",
+    fmt::print(stderr, "zel: {:>3} %, {}{}{}\n", static_cast<int>(done * 100), FilesText(), left.empty() ? "" : ", ",
                left);
 }
 
@@ -167,6 +151,7 @@ void ProgressReport::PrintJson(double done, std::string const& place) const {
     nlohmann::ordered_json object;
     object["percent"] = static_cast<int>(done * 100);
     object["files"] = files;
+    object["ofFiles"] = total > files ? nlohmann::ordered_json(total) : nlohmann::ordered_json(files);
     object["filesPerSecond"] = gone > 0 ? std::round(static_cast<double>(files) / gone) : 0;
     long long const left = progressSecondsLeft(gone, done);
     object["secondsLeft"] = left < 0 ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(left);

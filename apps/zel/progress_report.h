@@ -10,6 +10,8 @@
 
 namespace zel {
 
+class Interruption;
+
 enum class ProgressStyle {
     Automatic, ///< A bar where standard error is a terminal, else nothing.
     Bar,       ///< A bar; nothing where standard error is no terminal.
@@ -20,18 +22,19 @@ enum class ProgressStyle {
 
 /// The listener of a list's progress, on the toolkit's callback stack for as long as it lives.
 ///
-/// A bar is drawn at most ten times a second and erased at the end. While one is wanted, an interruption from the
-/// keyboard is answered by the cancel question, so that the bar is gone before the program is; a second one ends the
-/// program at once.
+/// A bar is drawn at most ten times a second and erased at the end. An interruption answers the cancel question.
 class ProgressReport {
 public:
-    explicit ProgressReport(ProgressStyle style);
+    ProgressReport(ProgressStyle style, Interruption const& interruptionOfUser);
     ~ProgressReport();
     ProgressReport(ProgressReport const&) = delete;
     ProgressReport& operator=(ProgressReport const&) = delete;
 
     /// Whether anything is shown, and so whether it is worth computing.
     bool IsShown() const { return style != ProgressStyle::None; }
+
+    /// Adds to the files that there will be.
+    void AddToTotal(unsigned long long count) { total += count; }
 
     /// Counts a file that is done.
     void CountFile() { ++files; }
@@ -51,11 +54,15 @@ private:
     void PrintLine(double done) const;
     void PrintJson(double done, std::string const& place) const;
     double SecondsGone() const;
+    /// "12 of 40 files", or "12 files" where nobody counted them, or where there are more by now.
+    std::string FilesText() const;
 
     ProgressStyle style;
+    Interruption const& interruption;
     Clock::time_point start = Clock::now();
     Clock::time_point lastDrawn{};
     unsigned long long files = 0;
+    unsigned long long total = 0;
     double shown = 0; ///< The share that was told last; what is told never runs backwards.
     int lastPart = -1;
     bool drawn = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "file_facts.h"
+#include "plugins_setup.h"
 #include "terminal.h"
 #include <zeltools/files/file_types.h>
 #include <zeltools/foundation/string_conversion.h>
@@ -70,6 +71,7 @@ void PrintTable(std::vector<TypeRow> const& rows) {
 } // namespace
 
 int RunTypes(bool json) {
+    RegisterPlugins();
     unsigned int count = 0;
     auto const free = [&](CFileExt* types) { fileFreeRegisteredFiles(types, count); };
     std::unique_ptr<CFileExt[], decltype(free)> const types(fileGetRegisteredFiles(count, 0), free);

@@ -55,12 +55,10 @@ WalkProgress::WalkProgress(bool isEnabled, std::size_t pathCount)
 void WalkProgress::Advance(CXTString<char16_t> const& folder) {
     if (open.empty() || !(open.back().path == folder)) {
         Enter(folder);
-        cancelled = dialog.CheckCancelButton(false);
     }
     Folder& present = open.back();
     if (++present.taken % entriesPerReport == 0) {
         dialog.SetSubRangePos(std::min(present.taken, present.entries), true);
-        cancelled = dialog.CheckCancelButton(false);
     }
 }
 
@@ -93,7 +91,6 @@ void WalkProgress::EndPath() {
         open.clear();
         dialog.PullToSubRange(1, true);
         dialog.SetSubRangePos(++pathsDone, true);
-        cancelled = dialog.CheckCancelButton(false);
     }
 }
 

@@ -27,9 +27,6 @@ public:
     /// A path that was asked for is done, with all folders below it.
     void EndPath();
 
-    /// Whether the user wants to stop; asked in every folder and after some of its entries.
-    bool IsCancelled() const { return cancelled; }
-
 private:
     /// A folder whose range is open. Its own entries have a range of their own within, until the first folder below
     /// is entered.
@@ -46,7 +43,6 @@ private:
     void Enter(CXTString<char16_t> const& folder);
 
     bool enabled;
-    bool cancelled = false;
     int pathsDone = 0;
     CProgressDlg dialog;
     std::vector<Folder> open;

@@ -85,8 +85,9 @@ protected:
         std::string const home = "HOME=" + (folder / "home").string();
         std::string const data = "XDG_DATA_HOME=" + (folder / "home/data").string();
         std::string const common = "ZELTOOLS_COMMON_DATA=" + (folder / "home/common").string();
-        std::array<char const*, 8> const environment = {home.c_str(), data.c_str(), common.c_str(), "TZ=UTC",
-                                                        "LC_ALL=C",   "PATH=/bin",  nullptr,        nullptr};
+        std::string const plugins = "ZELTOOLS_PLUGINS=" + pluginFolder.string();
+        std::array<char const*, 8> const environment = {home.c_str(),    data.c_str(), common.c_str(), "TZ=UTC",
+                                                        plugins.c_str(), "LC_ALL=C",   "PATH=/bin",    nullptr};
         pid_t child = 0;
         int const error =
             posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), const_cast<char**>(environment.data()));
@@ -112,4 +113,5 @@ protected:
     std::string Tree() const { return folder / "tree"; }
 
     fs::path folder;
+    fs::path pluginFolder = "/nonexistent"; ///< None, so that a test's files need not be real ones.
 };
