@@ -10,6 +10,13 @@
 
 namespace support {
 
+/// The next line of a text file, or "<none>" at its end.
+template <class File>
+std::u16string NextLine(File& file) {
+    CXTString<char16_t> line;
+    return file.ReadString(line) ? static_cast<char16_t const*>(line) : u"<none>";
+}
+
 /// What a call throws: "cause 13", "memory", "argument" or "nothing".
 template <class Call>
 std::string Thrown(Call call) {

@@ -11,6 +11,7 @@
 #include <random>
 #include <sys/stat.h>
 
+using support::NextLine;
 using support::OpenDescriptors;
 using support::Thrown;
 
@@ -115,23 +116,18 @@ TEST_F(CStdioFileExTest, SkipsLinesAndKeepsItsPlaceBesideOtherReading) {
     folder.Write("file", Utf8Mark + "one\r\ntwo\r\nthree\r\nfour\r\nfive\r\n");
     CStdioFileEx file;
     ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
-    CXTString<char16_t> line;
     file.SkipLines(1, 1);
     EXPECT_EQ(file.GetPosition(), 8U);
     EXPECT_EQ(std::fgetc(file.GetStream()), 't'); // by the host
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, u"wo");
     char bytes[3]{};
-    EXPECT_EQ(file.Read(bytes, 2), 2U);
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, u"ree");
+    EXPECT_EQ(file.Read(bytes, 1), 1U);
+    EXPECT_EQ(NextLine(file), u"o");
     file.SkipLines(3, 0);
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, u"four");
+    EXPECT_EQ(NextLine(file), u"four");
     file.Seek(3, CXFile::begin); // behind the mark
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, u"one");
+    EXPECT_EQ(NextLine(file), u"one");
     file.SkipLines(0xFFFFFFFF, 1);
+    CXTString<char16_t> line(u"before");
     EXPECT_FALSE(file.ReadString(line));
     EXPECT_EQ(line, u"");
 }
@@ -191,15 +187,12 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
         int first = 0;
         int second = 0;
         char16_t word[8]{};
-        CXTString<char16_t> line;
         EXPECT_EQ(file.FScanfS(u"%d %d %s", &first, &second, word, 8U), 3);
         EXPECT_EQ(first + second, 46);
         EXPECT_EQ(std::u16string(word), u"\xE9t\xE9");
-        EXPECT_TRUE(file.ReadString(line));
-        EXPECT_EQ(line, u" rest of it");
+        EXPECT_EQ(NextLine(file), u" rest of it");
         EXPECT_EQ(file.FScanfS(u"%d", &first), 0); // "next" stays
-        EXPECT_TRUE(file.ReadString(line));
-        EXPECT_EQ(line, u"next");
+        EXPECT_EQ(NextLine(file), u"next");
         EXPECT_EQ(file.FScanfS(u"%d", &first), 1);
         EXPECT_EQ(first, 7);
         EXPECT_EQ(file.FScanfS(u"%d", &first), -1);
@@ -208,24 +201,17 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
     folder.Write("file", "1 2\r3 4\r5");
     CStdioFileEx file;
     ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
-    CXTString<char16_t> line;
     int a = 0;
     int b = 0;
-    EXPECT_TRUE(file.ReadString(line));
+    EXPECT_EQ(NextLine(file), u"1 2");
     EXPECT_EQ(file.FScanfS(u"%d x", &a), 1); // did not get through, so the place stays
     EXPECT_EQ(file.FScanfS(u"%d %d", &a, &b), 2);
     EXPECT_EQ(a * 10 + b, 34);
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, u"");
-}
-
-TEST_F(CStdioFileExTest, AMillionBlankLinesAreOneStep) {
-    folder.Write("file", std::string(1'000'000, '\n') + "5");
-    CStdioFileEx file;
+    EXPECT_EQ(NextLine(file), u"");
+    folder.Write("file", std::string(1'000'000, '\n') + "5"); // blank lines are one step
     ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
-    int value = 0;
-    EXPECT_EQ(file.FScanfS(u"%d", &value), 1);
-    EXPECT_EQ(value, 5);
+    EXPECT_EQ(file.FScanfS(u"%d", &a), 1);
+    EXPECT_EQ(a, 5);
 }
 
 TEST_F(CStdioFileExTest, OpensWhatCannotBeSoughtAndLeaksNothing) {
@@ -237,8 +223,7 @@ TEST_F(CStdioFileExTest, OpensWhatCannotBeSoughtAndLeaksNothing) {
         CStdioFileEx file; // neither the detection nor the look at the first line may take anything
         ASSERT_TRUE(file.Open(folder.Path(std::string_view("pipe")).c_str(), Read, nullptr));
         CXTString<char16_t> line;
-        EXPECT_TRUE(file.ReadString(line));
-        EXPECT_EQ(line, u"one");
+        EXPECT_EQ(NextLine(file), u"one");
 
         CXFileException failure;
         EXPECT_FALSE(file.Open(folder.Path().c_str(), Read, &failure));
