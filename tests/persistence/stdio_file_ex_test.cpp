@@ -212,6 +212,24 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
     ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
     EXPECT_EQ(file.FScanfS(u"%d", &a), 1);
     EXPECT_EQ(a, 5);
+
+    for (std::size_t before = 100; before < 140; ++before) { // a number at every place of a long line
+        folder.Write("file", std::string(before, 'a') + "-1.5e-3infinity" + std::string(1000, ' ') + "7");
+        ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+        double number = 0;
+        double endless = 0;
+        EXPECT_EQ(file.FScanfS(u"%*[a]%lf%lf%d", &number, &endless, &a), 3);
+        EXPECT_TRUE(number == -1.5e-3 && endless > 1e308 && a == 7) << before;
+    }
+    std::string numbers;
+    for (int i = 0; i < 20'000; ++i) {
+        numbers += "10 ";
+    }
+    folder.Write("file", numbers); // each scan looks only at its own
+    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    for (b = 0; file.FScanfS(u"%d", &a) == 1; b += a) {
+    }
+    EXPECT_EQ(b, 200'000);
 }
 
 TEST_F(CStdioFileExTest, OpensWhatCannotBeSoughtAndLeaksNothing) {

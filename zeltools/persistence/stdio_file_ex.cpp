@@ -6,6 +6,7 @@
 #include "zeltools/foundation/text_scan_private.h"
 #include "zeltools/platform/code_pages.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <string>
@@ -303,17 +304,21 @@ int CStdioFileEx::FScanfS(char16_t const* format, ...) {
     return count;
 }
 
-// The text is taken from the stream by lines and scanned from its begin again when its end could change the result.
-// What the scan left goes back to the stream.
+// The text is taken from the stream by lines, and long lines by pieces of twice the size each, lest a scan of a number
+// read the whole of one. It is scanned from its begin again when its end could change the result. What the scan left
+// goes back to the stream.
 int CStdioFileEx::ScanStream(char16_t const* format, std::va_list arguments) {
+    constexpr std::size_t FirstPiece = 128;
+    constexpr std::size_t LongestLookahead = 16; // a number looks for "infinity", or an exponent, behind what it takes
     std::u16string text;
     std::string bytes;
     std::vector<std::size_t> places; // of each unit's character in the bytes
     bool hasMore = true;
-    auto const takeLine = [&] {
+    auto const takePiece = [&] {
+        std::size_t const most = text.size() + std::max(text.size(), FirstPiece);
         bool isBlank = true;
         char16_t last = 0;
-        while (hasMore && last != u'\n') {
+        while (hasMore && last != u'\n' && text.size() < most) {
             Character const character = ReadCharacter(IsFileUnicodeText(), encoding);
             hasMore = character.unitCount > 0;
             for (unsigned int i = 0; i < character.unitCount; ++i) {
@@ -328,14 +333,16 @@ int CStdioFileEx::ScanStream(char16_t const* format, std::va_list arguments) {
     };
     for (bool isFirst = true;; isFirst = false) {
         // A scan that goes on over a line's end skips blank lines, which are taken together: there may be many.
-        while (takeLine() && !isFirst && hasMore) {
+        while (takePiece() && !isFirst && hasMore) {
         }
         std::va_list again;
         va_copy(again, arguments);
         detail::ScanEnd stop;
         int const count = detail::ScanText(text.c_str(), format, again, stop);
         va_end(again);
-        if (!stop.metEnd || !hasMore) {
+        bool const isWhole = xIsSpace(text.empty() ? u' ' : text.back()); // no number goes on behind it
+        bool const isSure = !stop.metEnd && (isWhole || stop.consumed + LongestLookahead <= text.size());
+        if (isSure || !hasMore) {
             std::size_t const taken = stop.consumed < places.size() ? places[stop.consumed] : bytes.size();
             Unread(bytes.data() + taken, bytes.size() - taken);
             return count;
