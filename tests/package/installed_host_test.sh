@@ -26,7 +26,7 @@ readelf -d "$library" | grep -q 'SONAME.*\[libzeltools\.so\.5\]' || fail "the so
 
 # Whatever a public header includes of ours is installed too.
 (cd "$work/prefix/include" && find zeltools -name '*.h' | sed 's/.*/#include <&>/') >"$work/all.cpp"
-"$compiler" -std=c++20 -fsyntax-only -I"$work/prefix/include" "$work/all.cpp" || fail "the headers do not stand alone"
+"$compiler" -std=c++20 -fsyntax-only -I"$work/prefix/include" -I"$work/prefix/include/zeltools" "$work/all.cpp" || fail "the headers do not stand alone"
 
 check_output() { # PROGRAM HOW
     local output
