@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/bitmap/image_reader.h"
 
+#include "plugins/bitmap/format_checks.h"
 #include "plugins/bitmap/image_header.h"
 #include "plugins/bitmap/oiio_parser.h"
 
@@ -11,6 +12,8 @@ namespace {
 
 constexpr unsigned int NoPixelsText = 5630;
 constexpr unsigned int DeepPixelsText = 5631;
+constexpr unsigned int CutShortText = 5633;
+constexpr unsigned int UnreadableIconText = 5635;
 
 /// Pixels are decoded in pieces of about so many bytes, between which the operation may be stopped: the slowest
 /// decoder takes 50 ms for one.
@@ -50,16 +53,26 @@ bool ImageReader::FailAsLibrary() {
     return parser.FailInWords(words);
 }
 
-bool ImageReader::OpenFile() {
+bool ImageReader::OpenFile(Extent extent) {
     file = PolledFile::Open(parser.GetNativeName(), PolledFile::Read, [this] { return parser.ShouldCancelParser(); });
     if (!file) {
         return parser.FailWithErrno(errno);
     }
-    return file->size() > 0 || parser.Fail(IoEmptyFile);
+    if (file->size() == 0) {
+        return parser.Fail(IoEmptyFile);
+    }
+    switch (CheckFile(parser.GetFormat(), *file, extent == Extent::All)) {
+    case FileFault::None: break;
+    case FileFault::Damaged: return parser.Fail(IoBadFormat);
+    case FileFault::CutShort: return parser.FailWithName(CutShortText);
+    case FileFault::UnreadableIcon: return parser.FailWithName(UnreadableIconText);
+    }
+    unsigned long long const pixels = ClaimedPixels(parser.GetFormat(), *file);
+    return pixels <= limits.maxPixels || parser.FailBeyondLimit(MediaLimit::Pixels, pixels, limits.maxPixels);
 }
 
-bool ImageReader::Open() {
-    if (!OpenFile()) {
+bool ImageReader::Open(Extent extent) {
+    if (!OpenFile(extent)) {
         return false;
     }
     OIIO::geterror(); // of whatever ran on this thread before
@@ -92,7 +105,7 @@ bool ImageReader::IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& d
 }
 
 bool ImageReader::ReadSubImages(CImageDocument& image, Extent extent) {
-    if (!Open()) {
+    if (!Open(extent)) {
         return false;
     }
     image.format = CXTString<char16_t>(input->format_name());

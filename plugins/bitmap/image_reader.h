@@ -30,8 +30,8 @@ private:
     };
 
     bool ReadSubImages(CImageDocument& image, Extent extent);
-    bool Open();
-    bool OpenFile();
+    bool Open(Extent extent);
+    bool OpenFile(Extent extent);
     bool IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& described);
     bool ReadPixels(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);
     bool ReadScanlines(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);

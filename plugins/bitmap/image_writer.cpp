@@ -165,8 +165,9 @@ bool ImageWriter::WritePixels(std::size_t index) {
                           !KeepsUnassociatedAlpha(parser.GetFormat());
     auto const rowBytes = static_cast<std::size_t>(subImage.GetRowSize());
     int rows = static_cast<int>(std::clamp(PieceBytes / subImage.GetRowSize(), 1ULL, 256ULL));
-    if (spec.tile_width > 0) {
-        rows = spec.tile_height; // a row of tiles at once
+    bool const tiled = output->spec().tile_width > 0; // some formats choose tiles themselves
+    if (tiled) {
+        rows = output->spec().tile_height; // a row of tiles at once
     }
     std::vector<std::byte> multiplied;
     for (int z = 0; z < spec.depth; ++z) {
@@ -183,10 +184,9 @@ bool ImageWriter::WritePixels(std::size_t index) {
                               OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride, spec.alpha_channel, spec.z_channel);
                 data = multiplied.data();
             }
-            bool const written = spec.tile_width > 0
-                                     ? output->write_tiles(spec.x, spec.x + spec.width, spec.y + y, spec.y + end,
-                                                           spec.z + z, spec.z + z + 1, type, data)
-                                     : output->write_scanlines(spec.y + y, spec.y + end, spec.z + z, type, data);
+            bool const written = tiled ? output->write_tiles(spec.x, spec.x + spec.width, spec.y + y, spec.y + end,
+                                                             spec.z + z, spec.z + z + 1, type, data)
+                                       : output->write_scanlines(spec.y + y, spec.y + end, spec.z + z, type, data);
             if (!written) {
                 return FailAsLibrary();
             }
