@@ -123,6 +123,7 @@ CXObject* LoadExample(CXArchive& archive) {
     archive >> narrow >> wide;
     CXObject* group = nullptr;
     archive >> group;
+    EXPECT_EQ(archive.GetObjectSchema(), 1u); // the group's again, after those of its parts
     EXPECT_TRUE(number == 2026 && narrow == "oak" && wide == u"eau");
     return group;
 }

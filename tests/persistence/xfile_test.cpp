@@ -150,6 +150,11 @@ TEST(CXFile, HandlesOfOthersAreNeverClosed) {
         EXPECT_EQ(Thrown([&] { again.Read(nullptr, 1); }), "cause 1"); // Init made it throw
         HostFile host;
         host.handle = original.GetHandle();
+        static int heard = 0;
+        xSetFileHook([](void*, int) { ++heard; });
+        CXFile(&host, false).Close();
+        xSetFileHook(nullptr);
+        EXPECT_EQ(heard, 2); // of the opening too
         CXFile copy(&host, false);
         EXPECT_EQ(OpenDescriptors(), before + 1);
         EXPECT_EQ(copy.GetFilePath(), u"\\host\\file");
