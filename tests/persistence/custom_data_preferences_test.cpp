@@ -153,7 +153,9 @@ TEST_F(Preferences, SaveMovesItsRecordToTheEndAndKeepsTheOthers) {
     EXPECT_EQ(Load(7, 8), 71u);
     ASSERT_TRUE(Save(7, 8, 73));
     EXPECT_EQ(folder.Read("a.prefs"), Word(3) + others + RecordOf(7, 8, 73));
+    chmod((folder.Native() + "a.prefs").c_str(), 0600);
     ASSERT_TRUE(Save(1, 1, 14));
+    EXPECT_EQ(fs::status(folder.Native() + "a.prefs").permissions(), fs::perms(0600)) << "others may read it now";
     EXPECT_EQ(folder.Read("a.prefs"), Word(3) + RecordOf(1, 2, 12) + RecordOf(7, 8, 73) + RecordOf(1, 1, 14));
     EXPECT_EQ(Names(), "a.prefs ");
 
@@ -169,8 +171,11 @@ TEST_F(Preferences, MissingFileIsTakenFromThePreviousVersion) {
     Wide const path = folder.Path("Catalogue 41977/a.prefs").c_str();
     CCustomData store;
     EXPECT_FALSE(store.LoadFromPrefs(path, 1, 2, false));
+    NotedLog const log;
     EXPECT_TRUE(store.LoadFromPrefs(path, 1, 2, true));
     EXPECT_TRUE(folder.Exists("Catalogue 41977/a.prefs"));
+    EXPECT_TRUE(log.Names(std::u16string(u"InitApplication: ") + static_cast<char16_t const*>(path) +
+                          u" file is missing. Get back from previous version\n"));
     detail::ForgetProductName();
 }
 

@@ -5,6 +5,7 @@
 #include "tests/support/temporary_folder.h"
 #include "zeltools/platform/errors.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -47,7 +48,9 @@ TEST_F(ProfileFile, ReadsWhatPeopleWrite) {
     }
     // A change touches its own line only.
     std::string before = folder.Read("a.ini");
+    std::filesystem::permissions(folder.Native() + "a.ini", std::filesystem::perms(0600));
     EXPECT_TRUE(Set(u"WINDÖW", u"s", u"y "));
+    EXPECT_EQ(std::filesystem::status(folder.Native() + "a.ini").permissions(), std::filesystem::perms(0600));
     before.replace(before.find("S='x'"), 5, "s=\"y \"");
     EXPECT_EQ(folder.Read("a.ini"), before + "\r\n");
 }

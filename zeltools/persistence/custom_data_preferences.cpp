@@ -7,7 +7,7 @@
 #include "zeltools/files/io_file.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/foundation/application_data.h"
-#include "zeltools/foundation/log_file.h"
+#include "zeltools/foundation/log_file_private.h"
 #include "zeltools/foundation/xfile_exception.h"
 #include "zeltools/persistence/custom_data.h"
 #include "zeltools/persistence/xarchive.h"
@@ -33,13 +33,8 @@ CXArchive& operator>>(CXArchive& archive, RecordKeys& keys) {
     return archive >> keys.first >> keys.second;
 }
 
-/// A preferences file never throws, and neither does what is said of one.
 void Log(char16_t const* format, WideString const& path) {
-    try {
-        WriteToLogFile(format, static_cast<char16_t const*>(path));
-    } catch (CXException* exception) {
-        exception->Delete();
-    }
+    detail::TraceToLog(format, static_cast<char16_t const*>(path));
 }
 
 /// Does some work on a preferences file; false when it failed.
@@ -132,6 +127,9 @@ bool CCustomData::SaveToPrefs(CXTString<char16_t> const& path, unsigned int key1
         newFile.CloseAndDeleteFile(true);
         return false;
     }
+    if (hasOldFile) {
+        platform::CopyPermissions(path, temporary); // before there is anything to read; some disks know of none
+    }
     bool const isWritten = Succeeds([&] {
         RecordKeys const own{key1, key2};
         PreferencesWriter writer(newFile);
@@ -166,7 +164,8 @@ bool CCustomData::LoadFromPrefs(CXTString<char16_t> path, unsigned int key1, uns
     IoFile file(PreferencesFileFlags);
     CXFileException openError;
     auto const open = [&] { return file.OpenFile(path, true, &openError); };
-    if (!Succeeds(open) && !(tryPreviousVersion && CopyFileFromPreviousVersionIfMissing(path) && Succeeds(open))) {
+    auto const bringOver = [&] { return CopyFileFromPreviousVersionIfMissing(path); };
+    if (!Succeeds(open) && !(tryPreviousVersion && Succeeds(bringOver) && Succeeds(open))) {
         if (openError.cause != CXFileException::fileNotFound && openError.cause != CXFileException::badPath) {
             Log(u"Preferences: %s cannot be opened\n", path);
         }

@@ -44,6 +44,9 @@ bool DeleteFileW(char16_t const* path);
 ///          sharing; ErrorAccessDenied for folders; ErrorSharingViolation for a copy onto itself.
 bool CopyFileW(char16_t const* from, char16_t const* to, bool failIfExists);
 
+/// Gives a file the permissions of another: what takes a file's place must not be open to more people than it was.
+bool CopyPermissions(char16_t const* from, char16_t const* to);
+
 inline constexpr unsigned int MoveReplaceExisting = 1; ///< An existing file `to` is replaced.
 inline constexpr unsigned int MoveCopyAllowed = 2; ///< A file may be copied to another file system and deleted here.
 

@@ -48,6 +48,7 @@ bool ReplaceFile(std::u16string const& path, std::string const& bytes) {
     bool isWritten = false;
     {
         FileCloser const opened{CreateFileW(beside.c_str(), GenericWrite, 0, CreateAlways, FileAttributeNormal)};
+        CopyPermissions(path.c_str(), beside.c_str()); // of the old file, where there is one
         std::size_t written = 0;
         isWritten = opened.file != InvalidHandle && WriteFile(opened.file, bytes.data(), bytes.size(), written) &&
                     FlushFileBuffers(opened.file);

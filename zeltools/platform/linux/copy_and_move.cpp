@@ -250,6 +250,20 @@ bool CopyFileW(char16_t const* from, char16_t const* to, bool failIfExists) {
            CopyNativeFile(nativeFrom, std::move(nativeTo), failIfExists);
 }
 
+bool CopyPermissions(char16_t const* fromPath, char16_t const* toPath) {
+    std::string from;
+    std::string to;
+    struct stat status {};
+    if (!ToNativePath(fromPath, from) || !ToNativePath(toPath, to)) {
+        return false;
+    }
+    if (RetryInterrupted([&] { return stat(from.c_str(), &status); }) != 0) {
+        return FailWithErrno(from);
+    }
+    return RetryInterrupted([&] { return chmod(to.c_str(), status.st_mode & PermissionBits); }) == 0 ||
+           FailWithErrno(to);
+}
+
 bool MoveFileExW(char16_t const* fromPath, char16_t const* toPath, unsigned int flags) {
     std::string from;
     std::string to;

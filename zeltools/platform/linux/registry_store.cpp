@@ -268,7 +268,8 @@ int RunLocked(Store& store, StoreUse use, std::function<int(Database*)> const& w
                 return isMissing ? work(nullptr) : static_cast<int>(ErrorFromErrno(cause));
             }
             if (!MakeFile(path)) {
-                return static_cast<int>(ErrorFromErrno(errno));
+                // Not ErrorFileNotFound, which would mean the key.
+                return static_cast<int>(errno == ENOENT ? ErrorPathNotFound : ErrorFromErrno(errno));
             }
             continue;
         }
