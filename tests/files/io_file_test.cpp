@@ -246,20 +246,25 @@ TEST(IoFile, ErrorMessageNamesTheShortenedPath) {
     CXArchiveException badClass(CXArchiveException::badClass, u"");
     CXArchiveException loading(CXArchiveException::archiveIsLoading, u"");
     CXFileException notFound(CXFileException::fileNotFound, u"");
+    CXFileException denied(CXFileException::accessDenied, u"100%s%1.txt");
+    CXFileException full(CXFileException::diskFull, u"100%s%1.txt");
     CXFileException nameless(CXFileException::none, u"100%s%1.txt");
+    CXFileException told(CXFileException::badPath, u"100%s%1.txt", u"%1 is away: 100% sure");
     CXUserException user;
     struct {
         CXException* exception;
         char16_t const* part;
     } const rows[] = {
         {nullptr, u"could not be read"}, {&badClass, u"expected format"},   {&loading, u"could not be read"},
-        {&notFound, u"was not found"},   {&nameless, u"could not be read"},
+        {&notFound, u"its folder"},      {&nameless, u"could not be read"}, {&denied, u"may not be read"},
+        {&full, u"no room left"},        {&told, u" is away: 100% sure"},
     };
     for (auto const& row : rows) {
         EXPECT_TRUE(file.GetErrorMessage(text, row.exception));
         EXPECT_GE(text.Find(row.part), 0) << testing::PrintToString(Wide(row.part));
-        EXPECT_EQ(text.Find(u"\\..."), 0) << "the path stands in front, shortened";
-        EXPECT_EQ(text.Find(u"%"), -1);
+        EXPECT_GE(text.Find(u"\\..."), 0) << "the path, shortened";
+        EXPECT_EQ(text.Find(u"%1"), -1);
+        EXPECT_EQ(text.Find(u"%s"), -1);
     }
     EXPECT_EQ(notFound.fileName, file.GetFileName());
     EXPECT_FALSE(file.GetErrorMessage(text, &user));
@@ -268,6 +273,8 @@ TEST(IoFile, ErrorMessageNamesTheShortenedPath) {
     ASSERT_TRUE(file.OpenFile(folder.Path(name).c_str(), false, nullptr));
     EXPECT_TRUE(file.GetErrorMessage(text, nullptr));
     EXPECT_GE(text.Find(u"could not be written"), 0);
+    EXPECT_TRUE(file.GetErrorMessage(text, &denied));
+    EXPECT_GE(text.Find(u"may not be written"), 0);
 }
 
 TEST(IoFile, OnlyAnExceptionWithoutATextOpensABox) {

@@ -188,6 +188,9 @@ public:
 
     /// Makes a text for the user of an exception, in the thread's language, with the file's shortened path.
     ///
+    /// A file exception that was made with a text tells that; another tells its cause where it is one that a user can
+    /// do something about, and else whether reading or writing failed.
+    ///
     /// @param exception  A file exception without a name receives the stored path. May be null.
     /// @return false, with an empty text, for a CXUserException.
     bool GetErrorMessage(CXTString<char16_t>& text, CXException* exception);

@@ -43,7 +43,7 @@ unsigned int MessageOf(CXFileException const& exception, bool isWriting, unsigne
 /// Puts the path into a text where it has a place for one, and in front of it otherwise.
 CXTString<char16_t> WithPath(CXTString<char16_t> text, CXTString<char16_t> const& shownPath) {
     text.Replace(u"%1", u"%s");
-    // Not by Format: an exception's own text may hold any percent sign.
+    // Not by Format: the text that an exception was made with may hold any percent sign.
     return text.Replace(u"%s", shownPath) > 0 ? text : shownPath + u"\n" + text;
 }
 
@@ -61,7 +61,7 @@ bool IoFile::GetErrorMessage(CXTString<char16_t>& text, CXException* exception) 
         if (fileError->fileName.IsEmpty()) {
             fileError->fileName = path;
         }
-        text = fileError->GetErrorMessage();
+        text = detail::GetStoredMessage(*fileError);
         message = MessageOf(*fileError, IsWriting(), message);
     }
     if (text.IsEmpty()) {

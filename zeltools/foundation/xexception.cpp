@@ -35,6 +35,10 @@ void CXException::Delete(CXException* exception) {
 
 namespace detail {
 
+CXTString<char16_t> const& GetStoredMessage(CXException const& exception) {
+    return exception.message;
+}
+
 void ThrowInvalidArg() {
     auto* const exception = new CXInvalidArgException;
     XSetThreadException(exception);

@@ -15,6 +15,15 @@
 #include "zeltools/foundation/xobject.h"
 #include "zeltools/foundation/xstring.h"
 
+class CXException;
+
+namespace detail {
+
+/// The text that an exception was made with; empty for most.
+CXTString<char16_t> const& GetStoredMessage(CXException const& exception);
+
+} // namespace detail
+
 /// The base of every exception of the toolkit.
 ///
 /// Ownership: the catching site deletes it. Whoever does, and on whichever thread, the destructor takes it out of
@@ -48,6 +57,9 @@ public:
 
 protected:
     CXTString<char16_t> message;
+
+private:
+    friend CXTString<char16_t> const& detail::GetStoredMessage(CXException const& exception);
 };
 
 /// The user stopped what was going on; it is no fault, and nobody is told.
