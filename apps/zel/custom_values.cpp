@@ -183,7 +183,7 @@ template <class T, class Set>
 std::string SetNumber(std::string const& word, Set set) {
     T number{};
     if (!ParseNumber(word, number)) {
-        return fmt::format("'{}' is no number of this type", word);
+        return fmt::format("'{}' is no number of this type", ShownName(word, true));
     }
     set(number);
     return {};
@@ -191,7 +191,7 @@ std::string SetNumber(std::string const& word, Set set) {
 
 std::string SetBool(CCustomData& store, unsigned int id, std::string const& word) {
     if (word != "true" && word != "false") {
-        return fmt::format("'{}' is neither true nor false", word);
+        return fmt::format("'{}' is neither true nor false", ShownName(word, true));
     }
     store.SetBool(id, word == "true");
     return {};
@@ -204,7 +204,7 @@ std::string SetBinary(CCustomData& store, unsigned int id, std::string const& wo
         auto const [end, error] =
             std::from_chars(word.data() + i, word.data() + std::min(i + 2, word.size()), byte, 16);
         if (error != std::errc() || end != word.data() + i + 2) {
-            return fmt::format("'{}' is no row of hexadecimal bytes", word);
+            return fmt::format("'{}' is no row of hexadecimal bytes", ShownName(word, true));
         }
         bytes += static_cast<char>(byte);
     }
@@ -336,10 +336,18 @@ std::string SetValue(CCustomData& store, unsigned int id, std::string_view typeN
         }
     }
     if (kind == 0) {
-        return fmt::format("'{}' is none of the types {}", typeName, SettableTypes());
+        return fmt::format("'{}' is none of the types {}", ShownName(typeName, true), SettableTypes());
     }
     if (words.size() != 1 && kind != CustomDataWideList) {
         return fmt::format("a value of type {} is one word", typeName);
+    }
+    bool const isText = kind == CustomDataWide || kind == CustomDataNarrow || kind == CustomDataWideList;
+    for (std::string const& word : words) {
+        bool exact = true;
+        ValidUtf8(word, exact);
+        if (isText && !exact) { // it would be stored as another text
+            return fmt::format("'{}' is no UTF-8", ShownName(word, true));
+        }
     }
     std::string const& word = words.front();
     switch (kind) {

@@ -6,11 +6,13 @@
 #include "media_options.h"
 #include "plugins_setup.h"
 #include "registry_command.h"
+#include "terminal.h"
 #include "worker_pool.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_product_name.h>
 #include <zeltools/foundation/log_file.h>
 #include <zeltools/foundation/start_and_close.h>
+#include <zeltools/foundation/string_conversion.h>
 
 #include <CLI/CLI.hpp>
 #include <clocale>
@@ -28,9 +30,11 @@ public:
     /// @param log  Native name of the log file; empty for none.
     explicit Toolkit(std::string const& log) {
         SetInternalProductName(u"zel", 0, true);
-        // A bare name means this folder; the toolkit would put it into the user's data.
+        // A bare name means this folder, were it removed meanwhile; the toolkit would put it into the user's data.
+        std::error_code error;
+        std::filesystem::path const absolute = std::filesystem::absolute(log, error);
         CXTString<char16_t> const path =
-            log.empty() ? CXTString<char16_t>() : fileFromNativeName(std::filesystem::absolute(log).c_str());
+            log.empty() ? CXTString<char16_t>() : fileFromNativeName(error ? ("./" + log).c_str() : absolute.c_str());
         InitQuenbyApplication(nullptr, nullptr, AppInitFileTypes, log.empty() ? nullptr : path.GetConstBuffer());
     }
     ~Toolkit() {
@@ -61,6 +65,15 @@ void KeepStandardStreams() {
             // Open for the other direction, so that using it fails.
             open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
+    }
+}
+
+/// Passes on what the toolkit logs of settings: that a file was set aside, or could not be read.
+void TellOfSettings(unsigned int, CXTString<char16_t> text, bool, void*) {
+    if (text.Find(u"Preferences: ") == 0 || text.Find(u"Registry: ") == 0) {
+        text.TrimRight();
+        std::string const line = static_cast<char const*>(XCW2A(text, xEncodingUtf8));
+        fmt::print(stderr, "zel: {}\n", zel::ShownName(line, isatty(STDERR_FILENO) != 0));
     }
 }
 
@@ -126,6 +139,9 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? zel::ExitAllWell : zel::ExitWrongUsage;
     }
 
+    if (*prefsCommand || *registryCommand) {
+        SetLogCallback(&TellOfSettings, nullptr); // before the start, which may read the registry
+    }
     int status = zel::ExitWrongUsage;
     {
         Toolkit toolkit(log);

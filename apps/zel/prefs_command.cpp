@@ -6,6 +6,8 @@
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/persistence/custom_data.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -126,13 +128,21 @@ int Get(PrefsFile& file, Target const& target, bool json) {
 
 /// The toolkit's form of a path, with the folder without which preferences are not saved.
 CXTString<char16_t> PathOf(std::string const& nativeName) {
-    return fileFromNativeName(std::filesystem::absolute(nativeName).c_str());
+    std::error_code error; // the current folder may have been removed
+    std::filesystem::path const absolute = std::filesystem::absolute(nativeName, error);
+    return fileFromNativeName(error ? ("./" + nativeName).c_str() : absolute.c_str());
 }
 
 int Save(PrefsOptions const& options, Target const& target, CCustomData const& store) {
-    return store.SaveToPrefs(PathOf(options.file), target.key1, target.key2)
-               ? ExitAllWell
-               : Fail(fmt::format("{}: could not be saved", ShownName(options.file, isatty(STDERR_FILENO) != 0)));
+    if (store.SaveToPrefs(PathOf(options.file), target.key1, target.key2)) {
+        return ExitAllWell;
+    }
+    // The toolkit does not say why; the usual reasons can be asked for.
+    std::filesystem::path const folder = std::filesystem::path(options.file).parent_path();
+    bool const isRefused = access(folder.empty() ? "." : folder.c_str(), W_OK) != 0 ||
+                           (access(options.file.c_str(), W_OK) != 0 && errno != ENOENT);
+    return Fail(fmt::format("{}: could not be saved{}", ShownName(options.file, isatty(STDERR_FILENO) != 0),
+                            isRefused ? ": " + std::string(std::strerror(errno)) : ""));
 }
 
 int Set(PrefsFile& file, Target const& target, PrefsOptions const& options) {
@@ -273,14 +283,14 @@ std::string ReadTarget(PrefsOptions const& options, std::optional<Target>& targe
     for (auto const& [text, code] : {std::pair{&options.key1, &read.key1}, std::pair{&options.key2, &read.key2}}) {
         auto const parsed = ParseCode(*text);
         if (!parsed) {
-            return fmt::format("'{}' is no key: four characters or a number", *text);
+            return fmt::format("'{}' is no key: four characters or a number", ShownName(*text, true));
         }
         *code = *parsed;
     }
     if (!options.id.empty()) {
         read.id = ParseCode(options.id);
         if (!read.id) {
-            return fmt::format("'{}' is no id: four characters or a number", options.id);
+            return fmt::format("'{}' is no id: four characters or a number", ShownName(options.id, true));
         }
     }
     target = read;
@@ -292,6 +302,9 @@ int Run(PrefsOptions const& options) {
     std::string const fault = ReadTarget(options, target);
     if (!fault.empty()) {
         return Fail(fault, ExitWrongUsage);
+    }
+    if (options.file.empty()) {
+        return Fail("an empty FILE names no file", ExitWrongUsage);
     }
     PrefsFile file;
     bool const isNew = options.action == PrefsAction::Set && access(options.file.c_str(), F_OK) != 0;

@@ -93,8 +93,15 @@ bool ReplaceFile(std::string nativeName, std::string_view bytes) {
         int const error = isWritten ? errno : writeError;
         unlink(temporary.c_str());
         errno = error;
+        return false;
     }
-    return isReplaced;
+    std::string const folder = std::filesystem::path(nativeName).parent_path().string();
+    int const folderDescriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folderDescriptor >= 0) {
+        fsync(folderDescriptor); // the new name too is to outlive a loss of power
+        close(folderDescriptor);
+    }
+    return true;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "registry_command.h"
 
+#include "registry_difference.h"
+#include "registry_keys.h"
 #include "registry_values.h"
 #include "terminal.h"
 #include <zeltools/foundation/string_conversion.h>
@@ -22,84 +24,14 @@ using WideString = CXTString<char16_t>;
 constexpr char const* Roots[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER",   "HKEY_LOCAL_MACHINE",
                                  "HKEY_USERS",        "HKEY_CURRENT_CONFIG", "HKEY_DYN_DATA"};
 
-/// The registry makes none deeper; a file that was tampered with may have a circle.
-constexpr int MostKeysDeep = 512;
-
 int Fail(CRegUtil const& registry, std::string const& object) {
     std::string const reason = registry.GetExitCode() == 2 ? "no such key or value" : Utf8(registry.GetExitText());
-    fmt::print(stderr, "zel: {}: {}\n", object, reason);
+    fmt::print(stderr, "zel: {}: {}\n", ShownName(object, isatty(STDERR_FILENO)), reason);
     return ExitSomeFailed;
-}
-
-std::string ShownKey(std::string const& key) {
-    std::string shown = key;
-    for (char& character : shown) {
-        character = character == '\\' ? '/' : character;
-    }
-    while (!shown.empty() && shown.back() == '/') {
-        shown.pop_back();
-    }
-    return shown;
 }
 
 std::string ShownValue(RegistryOptions const& options) {
     return ShownKey(options.key) + ": " + (options.name.empty() ? "(default)" : options.name);
-}
-
-std::vector<WideString> SubKeys(CRegUtil& registry) {
-    std::vector<WideString> names;
-    WideString name;
-    for (registry.StartSubKeyEnum(); registry.GetNextSubKeyName(name);) {
-        names.push_back(name);
-    }
-    registry.EndSubKeyEnum();
-    return names;
-}
-
-std::vector<RegistryValue> Values(CRegUtil& registry) {
-    std::vector<RegistryValue> values;
-    std::vector<WideString> names;
-    WideString name;
-    for (registry.StartValueSection(u""); registry.GetNextValueName(name);) {
-        names.push_back(name);
-    }
-    registry.EndValueSection();
-    for (WideString const& each : names) {
-        RegistryValue value{Utf8(each)};
-        if (registry.GetKeyValue(each, value.type, value.bytes)) { // another process may have deleted it meanwhile
-            values.push_back(std::move(value));
-        }
-    }
-    return values;
-}
-
-/// A key with what is below it, as deep as was asked.
-struct Key {
-    std::string path;
-    std::vector<RegistryValue> values;
-    std::vector<std::string> subKeys;
-};
-
-/// Reads a key, and all below it down to `depth` keys, each after the one above. False when the first cannot be read.
-bool ReadKeys(CRegUtil& registry, std::string const& path, int depth, std::vector<Key>& keys) {
-    if (!registry.SetPath(Wide(path), false)) {
-        return false;
-    }
-    registry.OpenBase(false);
-    Key key{path, Values(registry), {}};
-    for (WideString const& name : SubKeys(registry)) {
-        key.subKeys.push_back(Utf8(name));
-    }
-    registry.CloseBase();
-    std::vector<std::string> const below = key.subKeys;
-    keys.push_back(std::move(key));
-    for (std::string const& name : below) {
-        // A slash in a name would be taken for two keys, so such a key is listed and not entered.
-        if (depth > 0 && name.find_first_of("/\\") == std::string::npos) {
-            ReadKeys(registry, path + '/' + name, depth - 1, keys);
-        }
-    }
-    return true;
 }
 
 int Finish() {
@@ -198,20 +130,42 @@ int Unset(RegistryOptions const& options) {
         return isGone ? ExitAllWell : Fail(registry, ShownValue(options));
     }
     std::string const key = ShownKey(options.key);
-    std::size_t const slash = key.rfind('/');
-    if (slash == std::string::npos) {
-        fmt::print(stderr, "zel: {}: a root cannot be deleted\n", key);
+    std::size_t const nameBegin = key.rfind('/') + 1; // 0 for a key that stands right below HKEY_CURRENT_USER
+    WideString const name = Wide(key.substr(nameBegin));
+    if (name.IsEmpty() || (nameBegin <= 1 && CRegUtil::StrToRootKey(name) != nullptr)) {
+        fmt::print(stderr, "zel: {}: a root cannot be deleted\n", key.empty() ? options.key : key);
         return ExitWrongUsage;
     }
-    if (!registry.SetPath(Wide(key.substr(0, slash)), false) ||
-        !registry.DeleteKey(Wide(key.substr(slash + 1)), options.recursive)) {
-        if (registry.GetExitCode() == 5 && !options.recursive && registry.KeyExists(Wide(key.substr(slash + 1)))) {
-            fmt::print(stderr, "zel: {}: there may be keys below; --recursive deletes them too\n", key);
+    if (!registry.SetPath(Wide(key.substr(0, nameBegin)), false) || !registry.DeleteKey(name, options.recursive)) {
+        if (registry.GetExitCode() == 5 && !options.recursive && registry.KeyExists(name)) {
+            fmt::print(stderr, "zel: {}: there may be keys below; --recursive deletes them too\n",
+                       ShownName(key, isatty(STDERR_FILENO)));
             return ExitSomeFailed;
         }
         return Fail(registry, key);
     }
     return ExitAllWell;
+}
+
+int Diff(RegistryOptions const& options) {
+    CRegUtil registry(KeyRead);
+    std::vector<Key> sides[2];
+    std::string const* const paths[2] = {&options.key, &options.otherKey};
+    for (int side = 0; side < 2; ++side) {
+        std::string const path = "HKEY_CURRENT_USER/" + *paths[side]; // not the root of the side before
+        std::string const key = ShownKey(*paths[side]);
+        bool const hasRoot = CRegUtil::StrToRootKey(Wide(key.substr(0, key.find('/')))) != nullptr;
+        if (!ReadKeys(registry, hasRoot ? key : path, options.recursive ? MostKeysDeep : 0, sides[side])) {
+            return Fail(registry, *paths[side]);
+        }
+    }
+    Json const difference = DifferenceOf(sides[0], sides[1]);
+    if (options.json) {
+        fmt::print("{}\n", Json({{"differences", difference}}).dump(2));
+    } else {
+        PrintDifference(difference);
+    }
+    return Finish() == ExitAllWell && difference.empty() ? ExitAllWell : ExitSomeFailed;
 }
 
 } // namespace
@@ -246,16 +200,27 @@ CLI::App* AddRegistryCommand(CLI::App& app, RegistryOptions& options) {
         unset->add_option("NAME", options.name, "The value's name; without one the default value");
     unset->add_flag("--key", options.wholeKey, "Delete the key with its values")->excludes(name);
     unset->add_flag("-r,--recursive", options.recursive, "With --key: also the keys below")->needs("--key");
-    for (CLI::App* const sub : {list, show}) {
+    CLI::App* const diff = add("diff", "Compare the values of two keys", &Diff);
+    diff->add_option("KEY", options.key, "The key")->required();
+    diff->add_option("OTHER", options.otherKey, "The key to compare with")->required();
+    for (CLI::App* const sub : {list, show, diff}) {
         sub->add_flag("-r,--recursive", options.recursive, "Go down into the keys below");
     }
-    for (CLI::App* const sub : {list, show, get}) {
+    for (CLI::App* const sub : {list, show, get, diff}) {
         sub->add_flag("--json", options.json, "Print JSON");
     }
     return command;
 }
 
 int RunRegistry(RegistryOptions const& options) {
+    for (std::string const& name : {options.key, options.otherKey, options.name}) {
+        bool exact = false;
+        ValidUtf8(name, exact);
+        if (!exact) { // it would name another key or value
+            fmt::print(stderr, "zel: '{}' is no UTF-8\n", ShownName(name, true));
+            return ExitWrongUsage;
+        }
+    }
     return options.run(options);
 }
 

@@ -18,7 +18,8 @@ namespace zel {
 struct RegistryOptions {
     int (*run)(RegistryOptions const&) = nullptr; ///< The chosen command.
     std::string key;
-    std::string name; ///< Of a value; empty for the default value.
+    std::string otherKey; ///< To compare with.
+    std::string name;     ///< Of a value; empty for the default value.
     std::vector<std::string> values;
     std::string type = "string";
     bool recursive = false;

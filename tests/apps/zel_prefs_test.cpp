@@ -50,6 +50,8 @@ TEST_F(Zel, PrefsSetsGetsAndComparesTypedValues) {
         {"binary", {"0"}, nullptr, false},
         {"time", {"1705320000"}, 1705320000, true},
         {"nonsense", {"1"}, nullptr, false},
+        {"string", {"\xFF"}, nullptr, false}, // another text would be stored
+        {"strings", {"a", "b\xED\xA0\x80"}, nullptr, false},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.type + (" " + row.words[0]));
@@ -79,6 +81,8 @@ TEST_F(Zel, PrefsSetsGetsAndComparesTypedValues) {
     EXPECT_EQ(Run({"prefs", "unset", other, "IOSE", "42", "VALU"}).status, 0);
     EXPECT_EQ(Json::parse(Run({"prefs", "list", other, "--json"}).output).at("records").at(0).at("values"), 0);
     EXPECT_EQ(Run({"prefs", "show", other, "IOSE"}).status, 2); // half a pair
+    EXPECT_EQ(Run({"prefs", "set", "", "IOSE", "42", "VALU", "x"}).status, 2);
+    EXPECT_THAT(Run({"prefs", "unset", other, "\x1B[m", "42"}).errors, HasSubstr("'\\x1B[m' is no key"));
 }
 
 TEST_F(Zel, PrefsShowsEveryGenerationAndRefusesDamage) {

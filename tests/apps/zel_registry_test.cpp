@@ -46,6 +46,7 @@ TEST_F(Zel, RegistryShowsItsTree) {
     Run({"registry", "set", "Software/Cat/Window", "Columns", "3", "--type", "int"});
     EXPECT_THAT(Run({"registry", "list"}).output, HasSubstr("HKEY_CURRENT_USER\nHKEY_LOCAL_MACHINE\n"));
     EXPECT_EQ(Run({"registry", "list", "Software", "-r"}).output, "Cat\nCat/Window\n");
+    EXPECT_EQ(Run({"registry", "list", "Software//", "-r"}).output, "Cat\nCat/Window\n");
     EXPECT_EQ(Json::parse(Run({"registry", "list", "Software/", "--json"}).output).dump(),
               R"({"key":"Software","keys":["Cat"]})");
     EXPECT_EQ(Run({"registry", "show", "Software/Cat", "-r"}).output,
@@ -56,6 +57,36 @@ TEST_F(Zel, RegistryShowsItsTree) {
     EXPECT_THAT(kept.errors, HasSubstr("--recursive"));
     EXPECT_EQ(Run({"registry", "unset", "Software/Cat", "--key", "-r"}).status, 0);
     EXPECT_EQ(Run({"registry", "list", "Software"}).output, "");
+    EXPECT_EQ(Run({"registry", "unset", "software", "--key"}).status, 0); // right below the root
+    EXPECT_EQ(Run({"registry", "list", "HKEY_CURRENT_USER"}).output, "");
+}
+
+TEST_F(Zel, RegistryComparesTwoKeys) {
+    Run({"registry", "set", "A", "Same", "x"});
+    Run({"registry", "set", "a", "Columns", "3", "--type", "int"});
+    Run({"registry", "set", "A/Window/Left", "", "only here"});
+    Run({"registry", "set", "HKEY_USERS/B", "SAME", "x"});
+    Run({"registry", "set", "HKEY_USERS/B", "columns", "3"});
+    Run({"registry", "set", "HKEY_USERS/B/Window", "Top", "7", "--type", "int"});
+    Outcome const values = Run({"registry", "diff", "HKEY_USERS/B", "A"}); // the root of one is not that of the other
+    EXPECT_EQ(values.status, 1);
+    EXPECT_EQ(values.output, "- .: columns  string  3\n+ .: columns  int  3\n");
+    EXPECT_EQ(Run({"registry", "diff", "A", "HKEY_USERS/B", "-r"}).output,
+              "- .: Columns  int  3\n+ .: Columns  string  3\n- Window/Left  key\n"
+              "- Window/Left: (default)  string  only here\n+ Window: Top  int  7\n");
+    EXPECT_EQ(
+        Json::parse(Run({"registry", "diff", "A", "HKEY_USERS/B", "--json"}).output).at("differences").dump(),
+        R"([{"first":{"type":"int","value":3},"key":".","name":"Columns","second":{"type":"string","value":"3"}}])");
+    EXPECT_EQ(Run({"registry", "diff", "A", "HKEY_CURRENT_USER/a", "-r"}).status, 0);
+    EXPECT_THAT(Run({"registry", "diff", "A", "C"}).errors, HasSubstr("zel: C: no such key"));
+}
+
+TEST_F(Zel, RegistryThatIsDamagedIsToldOf) {
+    Run({"registry", "set", "A", "a", "x"});
+    Make("../home/.config/zeltools/registry.db", std::string(4096, 'x'));
+    Outcome const outcome = Run({"registry", "get", "A", "a"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("registry.db.damaged-1"));
 }
 
 TEST_F(Zel, RegistryTellsWhatIsWrong) {
@@ -74,6 +105,9 @@ TEST_F(Zel, RegistryTellsWhatIsWrong) {
         {{"set", "Software", "a"}, 2, "takes one VALUE"},
         {{"set", "Software", "a", "b", "--type", "none"}, 2, "takes no VALUE"},
         {{"unset", "HKEY_USERS", "--key"}, 2, "a root cannot be deleted"},
+        {{"unset", "/hkey_users/", "--key", "-r"}, 2, "a root cannot be deleted"},
+        {{"set", "Software/\xFF", "a", "b"}, 2, "zel: 'Software/\\xFF' is no UTF-8\n"},
+        {{"get", "Software/\x1B[31m"}, 1, "zel: Software/\\x1B[31m: (default): no such"},
         {{}, 2, ""},
     };
     for (auto const& row : rows) {
