@@ -127,4 +127,26 @@ TEST_P(ProfileInRegistry, LiesBelowTheNamesOfTheApplication) {
     EXPECT_EQ(bare.GetProfileName(), Wide(u"Bare"));
 }
 
+/// A host that keeps its texts to itself.
+class KeepingHost : public CWinApp {
+public:
+    Wide GetProfileString(char16_t const*, char16_t const*, char16_t const*) const override { return kept; }
+    bool WriteProfileString(char16_t const*, char16_t const*, char16_t const* value) override {
+        kept = value;
+        return true;
+    }
+
+private:
+    Wide kept;
+};
+
+TEST(ProfileOfAHost, BytesGoByItsOwnOperationsBothWays) {
+    KeepingHost host;
+    host.SetProfileFile(u"\\nowhere\\a.ini");
+    unsigned long long number = 0;
+    EXPECT_TRUE(WriteProfileLongUInt(u"S", u"x", 7));
+    EXPECT_EQ(GetProfileLongUInt(u"S", u"x", number, 0), 1);
+    EXPECT_EQ(number, 7U);
+}
+
 } // namespace

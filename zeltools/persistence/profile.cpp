@@ -3,7 +3,6 @@
 
 #include "zeltools/foundation/win_app.h"
 #include "zeltools/platform/errors.h"
-#include "zeltools/platform/profile_file.h"
 #include "zeltools/platform/registry.h"
 #include "zeltools/platform/registry_values.h"
 
@@ -23,11 +22,13 @@ bool ReadFromRegistry(CWinApp const& application, char16_t const* section, char1
 }
 
 bool ReadFromFile(CWinApp const& application, char16_t const* section, char16_t const* entry, std::string& bytes) {
-    std::u16string letters;
-    if (!platform::GetPrivateProfileStringW(section, entry, letters, application.GetProfileFile()) || letters.empty()) {
+    // By the host's own operation, as it is written: a host may keep its texts elsewhere.
+    CXTString<char16_t> const text = application.GetProfileString(section, entry);
+    if (text.IsEmpty()) {
         return false;
     }
-    bytes.resize(letters.size() / 2);
+    char16_t const* const letters = text;
+    bytes.resize(static_cast<std::size_t>(text.GetLength()) / 2);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         // What is no letter of the sixteen gives some byte; it cannot lead out of one.
         unsigned int const low = letters[2 * i] - unsigned{u'A'};
