@@ -45,7 +45,7 @@ private:
 
 /// The reader makes room for the user's data as large as the header claims, and copies it.
 FileFault CheckDpx(Bytes const& bytes) {
-    constexpr std::uint64_t userSizeAt = 36;
+    constexpr std::uint64_t userSizeAt = 32;
     std::uint32_t const userSize = bytes.IsAt(0, "SDPX") ? bytes.Big(userSizeAt, 4) : bytes.Little(userSizeAt, 4);
     return userSize != 0xFFFFFFFF && userSize > bytes.GetSize() ? FileFault::CutShort : FileFault::None;
 }

@@ -87,6 +87,36 @@ bool KeepsUnassociatedAlpha(std::string const& format) {
     return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
 }
 
+/// Through the proxy no failed write goes unseen. TIFF reads its own directories back as it writes several images,
+/// which it cannot do through one.
+bool WritesThroughProxy(OIIO::ImageOutput const& output) {
+    return output.supports("ioproxy") != 0 && std::string_view(output.format_name()) != "tiff";
+}
+
+/// Whether a format that opens its file itself wrote all of it: some overlook a full disk. The rows at both ends tell,
+/// since a format stores them from the top or from the bottom. Icons are left out: not every one can be read.
+bool IsWhole(std::string const& nativeName, std::string const& format) {
+    if (format == "ico") {
+        return true;
+    }
+    auto const input = OIIO::ImageInput::create(format, false, nullptr, nullptr, "");
+    OIIO::ImageSpec spec;
+    bool whole = input && input->open(nativeName, spec);
+    for (int index = 0; whole && input->seek_subimage(index, 0); ++index) {
+        spec = input->spec();
+        int const last = spec.y + spec.height - 1;
+        std::vector<std::byte> row(spec.scanline_bytes());
+        whole =
+            spec.tile_width > 0 || // libtiff's tiles, which tell of a failure themselves
+            (input->read_scanlines(index, 0, spec.y, spec.y + 1, spec.z, 0, spec.nchannels, spec.format, row.data()) &&
+             input->read_scanlines(index, 0, last, last + 1, spec.z, 0, spec.nchannels, spec.format, row.data()));
+    }
+    if (input) {
+        input->geterror();
+    }
+    return whole;
+}
+
 } // namespace
 
 ImageWriter::ImageWriter(OiioParser& imageParser) : parser(imageParser) {}
@@ -139,7 +169,30 @@ bool ImageWriter::MakeSpecs(CImageDocument const& image, CIoOptions const* optio
         specs.push_back(MakeSpec(*subImage, sameFormat));
         ApplyOptions(options, output->supports("tiles") != 0, specs.back());
     }
+    ShareWindow();
     return true;
+}
+
+void ImageWriter::ShareWindow() {
+    if (specs.size() < 2 || !output->supports("displaywindow")) {
+        return;
+    }
+    int left = specs[0].full_x;
+    int top = specs[0].full_y;
+    int right = left + specs[0].full_width;
+    int bottom = top + specs[0].full_height;
+    for (OIIO::ImageSpec const& spec : specs) {
+        left = std::min(left, spec.full_x);
+        top = std::min(top, spec.full_y);
+        right = std::max(right, spec.full_x + spec.full_width);
+        bottom = std::max(bottom, spec.full_y + spec.full_height);
+    }
+    for (OIIO::ImageSpec& spec : specs) {
+        spec.full_x = left;
+        spec.full_y = top;
+        spec.full_width = right - left;
+        spec.full_height = bottom - top;
+    }
 }
 
 void ImageWriter::TellDifference(std::size_t index, CIoOptions* options) {
@@ -187,7 +240,7 @@ bool ImageWriter::WritePixels(std::size_t index) {
             bool const written = tiled ? output->write_tiles(spec.x, spec.x + spec.width, spec.y + y, spec.y + end,
                                                              spec.z + z, spec.z + z + 1, type, data)
                                        : output->write_scanlines(spec.y + y, spec.y + end, spec.z + z, type, data);
-            if (!written) {
+            if (!written || (file && file->GetError() != 0)) {
                 return FailAsLibrary();
             }
         }
@@ -196,7 +249,7 @@ bool ImageWriter::WritePixels(std::size_t index) {
 }
 
 bool ImageWriter::WriteFile(std::string const& nativeName, CIoOptions* options) {
-    if (output->supports("ioproxy")) {
+    if (WritesThroughProxy(*output)) {
         file = PolledFile::Open(nativeName, PolledFile::Write, [this] { return parser.ShouldCancelParser(); });
         if (!file) {
             return parser.FailWithErrno(errno);
@@ -214,7 +267,10 @@ bool ImageWriter::WriteFile(std::string const& nativeName, CIoOptions* options) 
             return false;
         }
     }
-    return (output->close() && (!file || file->Finish())) || FailAsLibrary();
+    if (!output->close() || (file && !file->Finish())) {
+        return FailAsLibrary();
+    }
+    return file || IsWhole(nativeName, parser.GetFormat()) || parser.Fail(IoDiskFull);
 }
 
 bool ImageWriter::Write(CImageDocument const& image, CIoOptions* options) {

@@ -35,6 +35,8 @@ public:
 private:
     bool ChooseSubImages(CImageDocument const& image, CIoOptions const* options);
     bool MakeSpecs(CImageDocument const& image, CIoOptions const* options);
+    /// The subimages of one file lie in one window: that of all of them.
+    void ShareWindow();
     bool WriteFile(std::string const& nativeName, CIoOptions* options);
     bool WritePixels(std::size_t index);
     /// Notes in the log where the format keeps less than the document has.

@@ -24,11 +24,12 @@ ssize_t ReadStream(void* cookie, char* target, std::size_t size) {
     return static_cast<ssize_t>(got);
 }
 
+/// Never tells of a failure: some formats end the process then. The file remembers it, and whoever writes asks it.
 ssize_t WriteStream(void* cookie, char const* data, std::size_t size) {
     PolledSource& source = SourceOf(cookie);
-    std::size_t const put = source.WriteAt(data, size, source.streamPosition);
-    source.streamPosition += static_cast<long long>(put);
-    return static_cast<ssize_t>(put);
+    source.WriteAt(data, size, source.streamPosition);
+    source.streamPosition += static_cast<long long>(size);
+    return static_cast<ssize_t>(size);
 }
 
 int SeekStream(void* cookie, off64_t* offset, int whence) {
@@ -133,6 +134,12 @@ bool PolledFile::seek(int64_t offset) {
 }
 
 size_t PolledFile::read(void* target, size_t size) {
+    if (mode() != Read) { // some formats look at what they wrote
+        std::fflush(stream);
+        size_t const got = ReadAt(target, size, m_pos);
+        seek(m_pos + static_cast<int64_t>(got));
+        return got;
+    }
     auto* const bytes = static_cast<std::byte*>(target);
     size_t done = 0;
     while (done < size) {
@@ -163,15 +170,22 @@ size_t PolledFile::write(void const* data, size_t size) {
 }
 
 size_t PolledFile::pread(void* target, size_t size, int64_t offset) {
+    if (mode() != Read) {
+        std::fflush(stream);
+    }
     return ReadAt(target, size, offset);
 }
 
 size_t PolledFile::pwrite(void const* data, size_t size, int64_t offset) {
     std::fflush(stream);
-    return WriteAt(data, size, offset);
+    WriteAt(data, size, offset);
+    return size; // as WriteStream does
 }
 
 size_t PolledFile::size() const {
+    if (mode() != Read) {
+        std::fflush(stream);
+    }
     struct stat facts {};
     return fstat(descriptor, &facts) == 0 ? static_cast<size_t>(facts.st_size) : 0;
 }
