@@ -41,6 +41,7 @@ function(zel_plugin name)
                                                      LIBRARY_OUTPUT_DIRECTORY ${built}/backends
                                                      INSTALL_RPATH "$ORIGIN/../../..")
     add_dependencies(${name}-shell ${name}-backend)
+    set_property(GLOBAL APPEND PROPERTY ZELTOOLS_PLUGINS ${name}-shell)
     install(TARGETS ${name}-shell LIBRARY DESTINATION ${installed})
     install(TARGETS ${name}-backend LIBRARY DESTINATION ${installed}/backends)
 endfunction()

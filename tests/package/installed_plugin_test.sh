@@ -49,7 +49,7 @@ check huge.pgm 1 "huge.pgm: 60000000000 pixels, where 4294967296 are allowed."
 check absent.pgm 1 "Can't open the file absent.pgm."
 
 zel=$work/prefix/bin/zel
-if [[ -x $zel ]] && "$zel" plugins >/dev/null 2>&1; then
+if [[ -x $zel ]]; then
     export HOME=$work ZELTOOLS_PLUGINS=$work/page/build/plugins
     "$zel" plugins | grep -q 'greymap' || fail "zel plugins does not name the plug-in"
     "$zel" types | grep -q 'PGM .*Portable greymaps' || fail "zel types does not name its type"
