@@ -16,12 +16,14 @@ constexpr unsigned int CutShortText = 5633;
 constexpr unsigned int UnreadableIconText = 5635;
 
 /// Pixels are decoded in pieces of about so many bytes, between which the operation may be stopped: the slowest
-/// decoder takes 50 ms for one.
-constexpr unsigned long long PieceBytes = 4 << 20;
+/// decoder takes 15 ms for one, and several times that on a busy machine.
+constexpr unsigned long long PieceBytes = 1 << 20;
 
-/// Rows of a piece: a compressed block that is larger is decoded once for several pieces by the formats themselves.
+/// Rows of a piece. Where it takes several compressed blocks, it takes whole ones: few formats have larger than 32
+/// rows.
 int RowsOfPiece(unsigned long long rowBytes) {
-    return static_cast<int>(std::clamp(PieceBytes / std::max(rowBytes, 1ULL), 1ULL, 256ULL));
+    unsigned long long const rows = std::clamp(PieceBytes / std::max(rowBytes, 1ULL), 1ULL, 256ULL);
+    return static_cast<int>(rows < 32 ? rows : rows & ~31ULL);
 }
 
 /// Frames of a film are read one by one by whoever plays it: the document gets the first.

@@ -42,6 +42,7 @@ bool OiioParser::FailInWords(std::string const& utf8) const {
     if (text.IsEmpty()) {
         return Fail(IoBadFormat);
     }
+    text.Replace(u"\n", u"; "); // a report has one line for a file
     return Fail(text.Find(GetShortName()) >= 0 ? text : GetShortName() + u": " + text);
 }
 

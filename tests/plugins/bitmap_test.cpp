@@ -369,10 +369,11 @@ TEST_F(BitmapPlugin, TellsWhatCannotBeRead) {
     }
 }
 
-/// A file that ends too early is never taken for a whole one, and takes nothing down.
+/// A file that ends too early is never taken for a whole one, takes nothing down, and no format prints on its own.
 TEST_F(BitmapPlugin, NoticesThatAFileIsCut) {
     CImageDocument image;
     AddNoise(image, 64, 48, u"RGB", PixelType::UInt8);
+    testing::internal::CaptureStderr();
     for (char const* const extension :
          {"bmp", "dpx", "exr", "ico", "iff", "jp2", "jpg", "png", "ppm", "rla", "sgi", "tga", "tif", "webp", "gif"}) {
         std::string const name = std::string("a.") + extension;
@@ -386,6 +387,7 @@ TEST_F(BitmapPlugin, NoticesThatAFileIsCut) {
             EXPECT_EQ(read.GetSubImageCount(), 0u);
         }
     }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 /// Where the disk takes no more, the old file stays and nothing is left beside it, whatever the format.
