@@ -51,7 +51,7 @@ public:
         failures.push_back(std::move(failure));
     }
 
-    void Pause() override { std::fflush(stdout); }
+    void Pause() override { failed |= std::fflush(stdout) != 0; }
 
     bool HasFailed() const override { return failed; }
 

@@ -144,7 +144,7 @@ private:
             beforeWriting();
         }
         failed |= std::fwrite(buffer.data(), 1, buffer.size(), stdout) != buffer.size();
-        std::fflush(stdout);
+        failed |= std::fflush(stdout) != 0;
         buffer.clear();
         lastFlush = Clock::now();
     }

@@ -140,6 +140,7 @@ public:
             } else if (!object.empty()) {
                 TextPrinter(terminal).Print(object, 0);
                 fmt::print("\n");
+                std::fflush(stdout); // the next file may take its time
             }
             if (fileStatus == ExitInterrupted) {
                 break;

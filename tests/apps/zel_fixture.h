@@ -4,6 +4,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -108,6 +110,14 @@ protected:
         fs::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << content;
         return path;
+    }
+
+    /// Sends an interruption and answers the milliseconds until the program has ended.
+    static double Interrupt(pid_t child, int& status) {
+        auto const start = std::chrono::steady_clock::now();
+        kill(child, SIGINT);
+        status = Wait(child);
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     }
 
     std::string Tree() const { return folder / "tree"; }

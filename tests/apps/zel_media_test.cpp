@@ -3,4 +3,289 @@
 
 #include "zel_fixture.h"
 
-TEST_F(Zel, Nothing) {}
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <poll.h>
+
+namespace {
+
+using Json = nlohmann::json;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+class ZelMedia : public Zel {
+protected:
+    ZelMedia() { pluginFolder = ZEL_TEST_PLUGINS; }
+
+    std::map<std::string, Json> Rows(Outcome const& outcome) const {
+        std::map<std::string, Json> rows;
+        Json const list = Json::parse(outcome.output);
+        for (Json const& row : list.at("files")) {
+            rows[row.at("name")] = row;
+        }
+        return rows;
+    }
+
+    std::vector<std::string> Names(fs::path const& where) const {
+        std::vector<std::string> names;
+        for (auto const& entry : fs::directory_iterator(where)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+};
+
+TEST_F(ZelMedia, ListTellsWhatTheHeadersSay) {
+    Make("a.tim", "image 64 48");
+    Make("b.tim", "second");
+    Make("sub/s.tsc", "12 a.png ../a.tim b.tim ..\\a.tim /nowhere/c.png");
+    Make("n.txt");
+    Outcome const outcome = Run({"list", "-r", "--json", Tree()});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    auto const rows = Rows(outcome);
+    Json const& image = rows.at("a.tim");
+    EXPECT_EQ(image.at("width"), 64);
+    EXPECT_EQ(image.at("height"), 48);
+    EXPECT_EQ(image.at("channels"), 1);
+    EXPECT_EQ(image.at("pixelType"), "uint8");
+    EXPECT_EQ(image.at("subimages"), 1);
+    EXPECT_EQ(image.at("parser"), "TIM1");
+    EXPECT_EQ(image.at("firstChoice"), true);
+    EXPECT_EQ(rows.at("b.tim").at("parser"), "TIM2");
+    EXPECT_EQ(rows.at("b.tim").at("firstChoice"), false);
+    EXPECT_EQ(rows.at("b.tim").at("parserErrors").at(0).at("parser"), "TIM1");
+    Json const& scene = rows.at("sub/s.tsc");
+    EXPECT_EQ(scene.at("faces"), 12);
+    EXPECT_EQ(scene.at("vertices"), nullptr);
+    EXPECT_EQ(scene.at("animations"), 2);
+    EXPECT_EQ(scene.at("boundingBox").at("max"), Json({1, 2, 3}));
+    EXPECT_EQ(scene.at("missingTextures"), Json({"a.png", "b.tim", "/nowhere/c.png"}));
+    EXPECT_FALSE(rows.at("n.txt").contains("width"));
+
+    std::string const text = Run({"list", Tree()}).output;
+    EXPECT_THAT(text, HasSubstr("64 x 48, Y, uint8\n"));
+    EXPECT_THAT(text, HasSubstr("read by TIM2, not the first choice\n"));
+    EXPECT_THAT(Run({"list", "--no-open", Tree()}).output, Not(HasSubstr("uint8")));
+}
+
+TEST_F(ZelMedia, OneBadFileCostsOneLine) {
+    Make("a.tim", "image 1 1");
+    Make("bad.tim", "nonsense");
+    Make("z.tim", "image 1 1");
+    Outcome const outcome = Run({"list", Tree()});
+    EXPECT_EQ(outcome.status, 1);
+    // What the parsers say is never a format nor a command to the terminal.
+    std::string const reason = "100%s of \\x1B[31m it is wrong";
+    EXPECT_EQ(outcome.errors, "zel: " + Tree() + "/bad.tim: TIM1: " + reason + "; TIM2: " + reason + "\n");
+    EXPECT_THAT(outcome.output, HasSubstr("cannot be read\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("total            3"));
+    EXPECT_THAT(outcome.output, HasSubstr("failed           1"));
+    EXPECT_EQ(Rows(Run({"list", "--json", Tree()})).size(), 3u);
+}
+
+TEST_F(ZelMedia, OrderDoesNotDependOnTheWorkers) {
+    std::string const waits[] = {"slow 9", "image 2 2", "slow 1", "nonsense", "second"};
+    for (int i = 0; i < 300; ++i) {
+        Make("d" + std::to_string(i % 7) + "/" + std::to_string(i) + (i % 11 == 0 ? ".alo" : ".tim"), waits[i % 5]);
+    }
+    for (std::string const sort : {"walk", "size"}) {
+        Outcome const one = Run({"list", "-r", "--sort", sort, "--threads", "1", Tree()});
+        Outcome const many = Run({"list", "-r", "--sort", sort, "--threads", "32", "--progress=json", Tree()});
+        EXPECT_EQ(one.status, 1);
+        EXPECT_EQ(one.output, many.output);
+        EXPECT_THAT(many.errors, HasSubstr(R"("files":307,"ofFiles":307,)"));
+    }
+}
+
+TEST_F(ZelMedia, ParserThatMustBeAloneIs) {
+    for (int i = 0; i < 40; ++i) {
+        Make(std::to_string(i) + (i % 2 == 0 ? ".alo" : ".tim"), "slow 2");
+    }
+    for (auto const& [name, row] : Rows(Run({"list", "--json", "--threads", "8", Tree()}))) {
+        EXPECT_EQ(row.at("height"), 1) << name; // as many as were at work with it
+    }
+}
+
+TEST_F(ZelMedia, FileThatTakesTooLongIsGivenUp) {
+    Make("a.tim", "loop");
+    Make("b.tim", "hang");
+    Make("c.tim", "image 1 1");
+    mkfifo((folder / "tree/d.tim").c_str(), 0600);
+    Outcome const outcome = Run({"list", "--threads", "1", "--max-seconds", "0.1", Tree()});
+    EXPECT_EQ(outcome.status, 1);
+    for (char const* const name : {"/a.tim: TIM1: it takes longer than the 0.1 seconds", "/b.tim: it takes longer than",
+                                   "/d.tim: it takes longer than"}) {
+        EXPECT_THAT(outcome.errors, HasSubstr(name));
+    }
+    EXPECT_THAT(outcome.output, HasSubstr("1 x 1, Y, uint8"));
+    // Beside a thread that was left behind nothing can run alone.
+    Make("e.alo", "image 1 1");
+    EXPECT_THAT(Run({"list", "--threads", "2", "--max-seconds", "0.1", Tree()}).errors,
+                HasSubstr("/e.alo: its parser has to run alone, and another one does not end"));
+    EXPECT_THAT(Run({"list", "--max-pixels", "3", Make("big.tim", "image 2 2")}).errors, HasSubstr("too many pixels"));
+}
+
+/// What keeps a parser busy when the interruption comes.
+class ZelInterrupted : public ZelMedia, public testing::WithParamInterface<char const*> {};
+
+TEST_P(ZelInterrupted, EndsAtOnceWithWhatIsDone) {
+    Make("a.tim", "image 1 1");
+    if (std::string(GetParam()) == "fifo") {
+        mkfifo((folder / "tree/b.tim").c_str(), 0600);
+    } else {
+        Make("b.tim", GetParam());
+    }
+    Make("c.tim", "image 7 7");
+    for (std::string const command : {"list", "show"}) {
+        std::vector<std::string> arguments = {ZEL_PROGRAM, command, command == "list" ? "--json" : "--max-faces=9"};
+        for (char const* const name : {"a.tim", "c.tim", "b.tim"}) {
+            arguments.push_back(Tree() + "/" + name);
+        }
+        // What is known of the first files comes out before the last one is waited for.
+        fs::path const pipe = folder / (command + "-pipe");
+        mkfifo(pipe.c_str(), 0600);
+        int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+        pid_t const child = Start(arguments, pipe, folder / "errors");
+        pollfd readable{reader, POLLIN, 0};
+        EXPECT_EQ(poll(&readable, 1, 60'000), 1);
+        int status = 0;
+        double const milliseconds = Interrupt(child, status);
+        EXPECT_EQ(status, 130);
+        EXPECT_LT(milliseconds, 1000) << "a tenth of a second, and patience with a machine that has other things to do";
+        std::string output(65536, '\0');
+        output.resize(static_cast<std::size_t>(std::max<ssize_t>(read(reader, output.data(), output.size()), 0)));
+        close(reader);
+        EXPECT_THAT(output, HasSubstr("a.tim"));
+        if (command == "list") {
+            Json const result = Json::parse(output);
+            EXPECT_EQ(result.at("interrupted"), true);
+            EXPECT_THAT(result.at("failures"), testing::IsEmpty());
+        }
+        EXPECT_THAT(output, Not(HasSubstr("cannot be read")));
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Parser, ZelInterrupted, testing::Values("loop", "hang", "fifo"));
+
+TEST_F(ZelMedia, ConvertWritesWholeFilesOrNone) {
+    std::string const in = Make("in.tim", "image 3 4");
+    std::string const out = folder / "tree/out.tim";
+    EXPECT_EQ(Run({"convert", in, out}).status, 0);
+    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
+    Outcome const kept = Run({"convert", in, out});
+    EXPECT_EQ(kept.status, 1);
+    EXPECT_THAT(kept.errors, HasSubstr("it exists; --overwrite replaces it"));
+
+    Outcome const refused = Run({"convert", "--overwrite", "--option", "mode=bad", in, out});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("TIM1: the mode is not good; TIM2: the mode is not good"));
+    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
+
+    pid_t const child = Start({ZEL_PROGRAM, "convert", "--overwrite", "--option", "mode=half", in, out},
+                              folder / "output", folder / "errors");
+    auto const halfWritten = [&] {
+        for (auto const& entry : fs::recursive_directory_iterator(folder / "tree")) {
+            if (entry.path().parent_path() != folder / "tree" && ReadWhole(entry.path()) == "image") {
+                return true;
+            }
+        }
+        return false;
+    };
+    while (!halfWritten()) {
+        usleep(1000);
+    }
+    int status = 0;
+    EXPECT_LT(Interrupt(child, status), 1000);
+    EXPECT_EQ(status, 130);
+    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
+    EXPECT_THAT(Names(folder / "tree"), ElementsAre("in.tim", "out.tim"));
+}
+
+TEST_F(ZelMedia, ConvertKeepsToOneKindAndBringsFilesBeside) {
+    std::string const image = Make("a.tim", "image 3 4");
+    std::string const scene = Make("a.tsc", "5");
+    Outcome const mixed = Run({"convert", image, folder / "tree/b.tsc"});
+    EXPECT_EQ(mixed.status, 1);
+    EXPECT_THAT(mixed.errors, HasSubstr("it is an image and cannot become a scene"));
+    EXPECT_THAT(Run({"convert", image, folder / "b.zip"}).errors, HasSubstr("no parser writes files of this type"));
+    EXPECT_EQ(Run({"convert", "--option", "nothing", image, folder / "b.tim"}).status, 2);
+    EXPECT_EQ(Run({"convert", scene, folder / "tree/b.tsc"}).status, 0);
+    EXPECT_THAT(Names(folder / "tree"), ElementsAre("a.tim", "a.tsc", "b.tsc", "b.tsc.side"));
+    fs::remove(folder / "tree/b.tsc");
+    EXPECT_THAT(Run({"convert", scene, folder / "tree/b.tsc"}).errors, HasSubstr("b.tsc.side exists"));
+}
+
+TEST_F(ZelMedia, OptionsAreRememberedForTheirFormat) {
+    std::string const in = Make("in.tim", "image 3 4");
+    auto const convert = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"convert", "--overwrite", in, folder / "out.tim"});
+        return Run(arguments).status;
+    };
+    fs::path const preferences = folder / "home/data/Quenby/zel/Preferences/zelio.prefs";
+    EXPECT_EQ(convert({"--no-preferences", "--option", "mode=good"}), 0);
+    EXPECT_FALSE(fs::exists(preferences));
+    EXPECT_EQ(convert({"--option", "MODE=good", "--option", "size=1"}), 0);
+    EXPECT_THAT(Run({"prefs", "show", preferences}).output, HasSubstr("MODE=good"));
+    EXPECT_EQ(convert({"--option", "mode=bad"}), 1); // and what failed is not remembered
+    EXPECT_EQ(convert({}), 0);
+    EXPECT_EQ(convert({"--option", "mode="}), 0);
+    EXPECT_THAT(Run({"prefs", "show", preferences}).output, Not(HasSubstr("MODE")));
+}
+
+TEST_F(ZelMedia, ShowPrintsEverythingOfAFile) {
+    Outcome const image = Run({"show", Make("a.tim", "second")});
+    EXPECT_EQ(image.status, 0);
+    EXPECT_THAT(image.output, HasSubstr("first choice               no\n"));
+    EXPECT_THAT(image.output, HasSubstr("  pixel type               uint8\n"));
+    Outcome const scene = Run({"show", "--json", Make("s.tsc", "5 a.png"), Make("n.txt"), folder / "none.tsc"});
+    EXPECT_EQ(scene.status, 1);
+    Json const shown = Json::parse(scene.output);
+    EXPECT_EQ(shown.at(0).at("counts").at("faces"), 5);
+    EXPECT_EQ(shown.at(0).at("materials").at(0).at("textures").at(0).at("missing"), true);
+    EXPECT_EQ(shown.at(1).at("kind"), "other");
+    EXPECT_TRUE(shown.at(2).contains("error"));
+}
+
+TEST_F(ZelMedia, PluginsAreToldWithTypesOrReason) {
+    fs::path const own = folder / "plugins";
+    fs::create_directory(own);
+    fs::copy(fs::path(ZEL_TEST_PLUGINS) / "test_plugin.so", own);
+    std::ofstream(own / "text.so") << "no library";
+    std::ofstream(own / "notes.txt") << "notes";
+    fs::create_symlink("nowhere", own / "dangling.so");
+    pluginFolder = own;
+    Outcome const outcome = Run({"plugins", "--json"});
+    EXPECT_EQ(outcome.status, 1);
+    std::map<std::string, Json> rows;
+    Json const shown = Json::parse(outcome.output);
+    for (Json const& row : shown.at("plugins")) {
+        rows[row.at("file")] = row;
+    }
+    ASSERT_EQ(rows.size(), 4u) << outcome.output;
+    EXPECT_EQ(rows.at("test_plugin.so").at("release"), "5.0");
+    EXPECT_EQ(rows.at("test_plugin.so").at("types").size(), 4u);
+    EXPECT_EQ(rows.at("text.so").at("loaded"), false);
+    EXPECT_THAT(rows.at("text.so").at("reason").get<std::string>(), Not(testing::IsEmpty()));
+    EXPECT_THAT(rows.at("notes.txt").at("reason").get<std::string>(), HasSubstr("not tried"));
+    chmod(own.c_str(), 0777);
+    EXPECT_THAT(Run({"plugins"}).output, HasSubstr("test_plugin.so                  "));
+    EXPECT_EQ(Json::parse(Run({"plugins", "--json"}).output).at("plugins").at(0).at("loaded"), false);
+}
+
+TEST_F(ZelMedia, OutputThatNobodyTakesIsAFailure) {
+    Make("a.tim", "image 1 1");
+    EXPECT_EQ(Wait(Start({ZEL_PROGRAM, "list", Tree()}, "/dev/full", folder / "errors")), 1);
+    EXPECT_THAT(ReadWhole(folder / "errors"), EndsWith("standard output: not everything could be written\n"));
+    // Without the standard streams their numbers would go to the files that are opened.
+    Outcome const closed = RunProgram(
+        {"/bin/sh", "-c",
+         std::string("exec ") + ZEL_PROGRAM + " convert " + Tree() + "/a.tim " + Tree() + "/b.tim 0>&- 1>&- 2>&-"});
+    EXPECT_EQ(closed.status, 1);
+    EXPECT_EQ(ReadWhole(folder / "tree/b.tim"), "image 1 1\n");
+}
+
+} // namespace

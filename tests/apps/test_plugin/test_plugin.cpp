@@ -7,8 +7,8 @@
 //     loop            works for ever, and asks whether to stop
 //     hang            works for ever and never asks
 //
-// `.tim` files have two parsers. Those of `.alo` must run alone; the height of their image is the highest number of
-// parsers that were at work at any time. `.tsc` is a scene of so many faces, whose further words are its textures.
+// `.tim` files have two parsers. Those of `.alo` must run alone; the height of their image is the number of parsers
+// that are at work at its end. `.tsc` is a scene of so many faces, whose further words are its textures.
 // Saving needs a name of the option "mode", when there is one, that is "good"; "half" writes half a file and waits.
 
 #include "media/bitmap_parser.h"
@@ -34,15 +34,10 @@ constexpr unsigned int Alone = FourCC("ALON");
 constexpr unsigned int Scene = FourCC("TSCN");
 
 std::atomic<unsigned int> atWork{0};
-std::atomic<unsigned int> mostAtWork{0};
 
 class AtWork {
 public:
-    AtWork() {
-        unsigned int const now = ++atWork;
-        for (unsigned int most = mostAtWork; most < now && !mostAtWork.compare_exchange_weak(most, now);) {
-        }
-    }
+    AtWork() { ++atWork; }
     ~AtWork() { --atWork; }
     AtWork(AtWork const&) = delete;
     AtWork& operator=(AtWork const&) = delete;
@@ -107,7 +102,7 @@ public:
             return Refuse(*this, u"too many pixels");
         }
         if (classId == Alone) {
-            picture.height = mostAtWork;
+            picture.height = atWork;
         }
         return true;
     }
