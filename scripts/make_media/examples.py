@@ -92,7 +92,7 @@ def broken_files(whole):
         "overwritten.gif": b"GIF89a" + bytes(200),
         "page of a server.webp": "<html><body>404 Not Found</body></html>\n",
         "cut.stl": cut("scenes/pawn.stl"),
-        "cut.ply": cut("scenes/pawn.ply"),
+        "cut.ply": cut("scenes/pawn binary.ply"),
         "cut.glb": cut("scenes/vase.glb"),
         "no corners.obj": "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 30\n",
         "no buffer.gltf": whole["scenes/vase.gltf"].replace("vase.bin", "lost.bin"),

@@ -32,7 +32,7 @@ TEST_F(Zel, ListsHostileFilesAndSaysOfEachWhatIsWrong) {
     fs::copy(ZELTOOLS_TEST_DATA "/hostile", tree);
     fs::copy(ZELTOOLS_TEST_DATA "/../../examples/media/globe.png", tree / "zzz last and sound.png");
     Outcome const outcome =
-        Run({"list", "--json", "--sort=name", "--max-pixels=1000000", "--max-faces=1000000", "--max-seconds=20", tree});
+        Run({"list", "--json", "--sort=name", "--max-pixels=1000000", "--max-faces=1000000", "--max-seconds=5", tree});
     ASSERT_EQ(outcome.status, 1) << outcome.errors;
 
     std::map<std::string, Json> rows;

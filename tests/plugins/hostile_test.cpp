@@ -40,7 +40,7 @@ void SetLimits(MediaLimits& limits) {
     limits.maxImageBytes = 64 << 20;
     limits.maxFaces = 1'000'000;
     limits.maxVertices = 1'000'000;
-    limits.timeMs = 10'000;
+    limits.timeMs = 5'000;
 }
 
 struct Answer {
