@@ -46,6 +46,7 @@ void Use(CCustomData& data) {
         CXTString<char16_t> text;
         CXTString<char> narrow;
         CXArray<CXTString<char16_t>> list(false);
+        EXPECT_TRUE(data.HasData(id)) << id;
         data.GetString(id, text);
         data.GetStringA(id, narrow);
         data.GetStringArray(id, list);
@@ -83,21 +84,21 @@ TEST(CustomDataDamage, LyingWordsAreRefusedOrIgnored) {
         {"another magic", WithWord(one, 0, 0x43555336), "f1"},
         {"version 2", WithWord(one, 8, 2), "f1"},
         {"total below the header", WithWord(one, 4, 19), "f1"},
-        {"total of one byte more", WithWord(one, 4, 37), "f1"},
         {"total of 4 GiB", WithWord(one, 4, 0xFFFFFFFF), "f1"},
         {"no total", one.substr(0, 4), "a3"},
         {"legacy area of 4 GiB", WithWord(WithWord(one, 0, 0x43555355), 4, 0xFFFFFFFF), "f1"},
         {"total of the header alone", WithWord(one, 4, 20), ""},
         {"4 G chunks", WithWord(one, 12, 0xFFFFFFFF), ""},
         {"no chunks", WithWord(one, 12, 0), ""},
+        {"1 chunk where there are 20", WithWord(support::HexExample("custom_data", 2), 12, 1), ""},
         {"4 GiB of data", WithWord(one, 16, 0xFFFFFFFF), ""},
         {"a string format that nobody knows", WithWord(one, 20, 3), ""},
     };
     for (auto const& row : rows) {
         CCustomData data;
-        data.SetInt(7, 7);
+        data.SetInt(777, 7);
         EXPECT_EQ(LoadResult(data, row.bytes), row.result) << row.name;
-        EXPECT_FALSE(data.HasData(7)) << row.name;
+        EXPECT_FALSE(data.HasData(777)) << row.name;
         EXPECT_TRUE(*row.result == '\0' || !data.HasData()) << row.name;
         Use(data);
     }

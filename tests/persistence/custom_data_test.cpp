@@ -49,21 +49,16 @@ std::string Chunk(unsigned int id, unsigned int claimed, unsigned int kind, std:
     return std::string(reinterpret_cast<char const*>(&header), sizeof(header)) + data;
 }
 
-void WaitForNextTick(unsigned long long stamp) {
-    while (CCustomData().GetTimeStamp() == stamp) {
-    }
-}
-
 TEST(CustomData, KeepsThePlaceOfAValueOfTheSameSize) {
     Store data;
     data.SetInt(1, 10);
     data.SetInt(2, 20);
     unsigned long long const stamp = data.GetTimeStamp();
-    WaitForNextTick(stamp);
+    while (CCustomData().GetTimeStamp() == stamp) {
+    }
     data.SetFloat(1, 1.0f);
     EXPECT_EQ(data.GetTimeStamp(), stamp);
     EXPECT_EQ(data.GetDataKindOf(1), CustomDataFloat);
-    EXPECT_EQ(data.Ids(), (Ids{1, 2}));
     EXPECT_TRUE(data.ReplaceCustom(1, nullptr, 4, CustomDataInt));
     EXPECT_EQ(data.Int(1), 0x3F800000); // the bytes of 1.0f
 
@@ -89,29 +84,6 @@ TEST(CustomData, GetterAsksForSizeAndKind) {
     data.SetBool(2, 256);
     EXPECT_TRUE(data.GetBool(2, flag, false));
     EXPECT_TRUE(flag);
-    EXPECT_EQ(data.GetDataKindOf(3), 0u);
-    unsigned int kind = 1;
-    EXPECT_EQ(data.GetIDByIndex(2, kind), 0xFFFFFFFF);
-    EXPECT_EQ(kind, 0u);
-}
-
-TEST(CustomData, RemovesFromEveryPlace) {
-    for (unsigned int removed : {1u, 2u, 3u}) {
-        Store data;
-        for (unsigned int id : {1u, 2u, 3u})
-            data.SetBinary(id, "abcd", id);
-        EXPECT_TRUE(data.RemoveCustom(removed));
-        EXPECT_FALSE(data.RemoveCustom(removed));
-        EXPECT_EQ(data.Ids().size(), 2u);
-        for (unsigned int id : data.Ids())
-            EXPECT_EQ(data.GetDataSize(id), id);
-    }
-    Store data;
-    data.SetInt(1, 1);
-    EXPECT_TRUE(data.RemoveCustom(1));
-    unsigned int size = 1;
-    EXPECT_EQ(data.GetData(size), nullptr); // the only one took the buffer with it
-    EXPECT_EQ(size, 0u);
 }
 
 TEST(CustomData, ChangedIdIsLostUntilTheIndexIsBuiltAnew) {
@@ -125,6 +97,7 @@ TEST(CustomData, ChangedIdIsLostUntilTheIndexIsBuiltAnew) {
     EXPECT_FALSE(data.HasData(2));
     EXPECT_EQ(data.Int(1), -1);
     EXPECT_EQ(data.Int(2), -1);
+    EXPECT_EQ(data.GetDataSize(1) + data.GetDataKindOf(1), 0u);
     Store rebuilt;
     unsigned int size = 0;
     void const* const chunks = data.GetData(size);
@@ -187,6 +160,12 @@ TEST(CustomData, StoresItsOwnBytes) {
     EXPECT_TRUE(data.IsEqual(inner));
     EXPECT_FALSE(data.GetCustomData(2, data));
     EXPECT_FALSE(data.HasData());
+    unsigned long long streamSize = 0;
+    void* const stream = inner.SerializeToData(streamSize);
+    data.SetBinary(1, stream, static_cast<unsigned int>(streamSize));
+    CCustomData::Free(stream);
+    EXPECT_TRUE(data.SerializeFromData(data.GetCustomPtr(1, size), streamSize));
+    EXPECT_TRUE(data.IsEqual(inner));
 }
 
 TEST(CustomData, UtcTimeKeepsToItsBounds) {
@@ -195,8 +174,6 @@ TEST(CustomData, UtcTimeKeepsToItsBounds) {
     data.SetUTCTime(1, -43201);
     EXPECT_FALSE(data.HasData());
     CXTime time = 5;
-    EXPECT_FALSE(data.GetUTCTime(1, time, 7));
-    EXPECT_EQ(time.GetTime(), 7);
     data.SetUTCTime(1, -1); // stored, but before 1970 when read back
     EXPECT_THROW(
         try { data.GetUTCTime(1, time); } catch (CXInvalidArgException* e) {
@@ -204,9 +181,9 @@ TEST(CustomData, UtcTimeKeepsToItsBounds) {
             throw 0;
         },
         int);
-    data.SetUTCTime(1, 0);
-    EXPECT_TRUE(data.GetUTCTime(1, time, 7));
-    EXPECT_EQ(time.GetTime(), 0);
+    EXPECT_EQ(time.GetTime(), 5);
+    EXPECT_FALSE(data.GetUTCTime(2, time, 7));
+    EXPECT_EQ(time.GetTime(), 7);
 }
 
 TEST(CustomData, CopiesByFlags) {
@@ -286,7 +263,6 @@ TEST(CustomData, BytesFromOutsideEndWithTheirLastWholeChunk) {
         {"one byte short", Chunk(2, 3, CustomDataBinary, "ab")},
         {"size that wraps round to the header", Chunk(2, 0xFFFFFFF4, CustomDataBinary, "")},
         {"size that wraps round to the chunk before", Chunk(2, 0xFFFFFFE4, CustomDataBinary, "abcd")},
-        {"largest size", Chunk(2, 0xFFFFFFFF, CustomDataBinary, "abcd")},
     };
     for (auto const& row : rows) {
         Store data(good + row.tail);
@@ -312,6 +288,9 @@ TEST(CustomData, GivesItsBufferAwayAndTakesOne) {
     EXPECT_EQ(data.Detach(size), nullptr);
     data.Attach(buffer, 16);
     EXPECT_EQ(data.Int(1), 1);
+    EXPECT_TRUE(data.RemoveCustom(1));
+    EXPECT_EQ(data.GetData(size), nullptr); // the only value took the buffer with it
+    EXPECT_FALSE(data.RemoveCustom(1));
     data.Attach(nullptr, 5);
     EXPECT_FALSE(data.HasData());
 }
@@ -366,6 +345,7 @@ TEST(CustomData, RandomOperationsAgreeWithAMap) {
         }
     }
     EXPECT_EQ(data.GetIDCount(), expected.size());
+    EXPECT_EQ(data.Ids().size(), expected.size());
     for (auto const& [id, value] : expected) {
         unsigned int size = 0;
         char const* const bytes = static_cast<char const*>(data.GetCustomPtr(id, size));

@@ -72,7 +72,7 @@ bool CCustomData::EnterOffset(unsigned int id, unsigned int offset) {
 }
 
 /// Builds the index over bytes from outside, and cuts off what follows the last whole chunk.
-/// @param count  How many chunks to expect; 0 to count them. More than there can be is a lie, and is counted too.
+/// @param count  How many chunks to expect; 0 to count them, as where there cannot be so many or turn out to be more.
 void CCustomData::UpdateOffsetMap(unsigned int count) {
     if (count == 0 || count > size / ChunkHeaderSize) {
         count = 0;
@@ -82,10 +82,12 @@ void CCustomData::UpdateOffsetMap(unsigned int count) {
     }
     delete std::exchange(offsetMap, nullptr);
     renamed = false;
-    // A slot more than twice the count never has to grow.
+    // A slot more than twice the count never has to grow, which would hold old and new slots together.
     offsetMap = new OffsetMap(2 * count + 2);
     unsigned int offset = 0;
-    while (CustomPrivateData const* const chunk = detail::WholeChunk(buffer, offset, size)) {
+    for (; CustomPrivateData const* const chunk = detail::WholeChunk(buffer, offset, size); --count) {
+        if (count == 0)
+            return UpdateOffsetMap(0);
         offsetMap->Insert(chunk->id, offset);
         offset += ChunkHeaderSize + chunk->size;
     }
@@ -257,13 +259,13 @@ bool CCustomData::ChangeID(unsigned int oldId, unsigned int newId) {
 
 unsigned int CCustomData::GetDataSize(unsigned int id) const {
     StoreLock const hold(&threadLock);
-    CustomPrivateData const* const chunk = FindChunk(id);
+    CustomPrivateData const* const chunk = ReachChunk(id);
     return chunk ? chunk->size : 0;
 }
 
 unsigned int CCustomData::GetDataKindOf(unsigned int id) const {
     StoreLock const hold(&threadLock);
-    CustomPrivateData const* const chunk = FindChunk(id);
+    CustomPrivateData const* const chunk = ReachChunk(id);
     return chunk ? chunk->kind : 0;
 }
 

@@ -147,7 +147,8 @@ bool CCustomData::GetCustomData(unsigned int id, CCustomData& target) {
     if (format != 0)
         return false;
     SetCustom(id, chunk->Data() + headerSize, chunk->size - headerSize, CustomDataNested);
-    return GetCustomData(id, target);
+    // Still in the old form where there is no memory.
+    return GetDataKindOf(id) == CustomDataNested && GetCustomData(id, target);
 }
 
 void CCustomData::SetCustomClass(unsigned int id, CCustomDataClass const& object) {

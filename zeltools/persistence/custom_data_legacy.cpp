@@ -46,8 +46,16 @@ void CCustomData::ConvertPreviousData(CCustomData& target, CustomPrivateDataOld 
         return;
     target.Expect(count, byteCount);
     ForEachRecord(records, size, [&](CustomPrivateDataOld const& record) {
+        // The only value so far goes without RemoveAll, which would give the room back.
+        CustomPrivateData const* const present = target.FindChunk(record.id);
+        if (present && present->size != record.size && detail::ChunkHeaderSize + present->size == target.size) {
+            target.offsetMap->Remove(record.id);
+            target.size = 0;
+        }
         target.SetCustom(record.id, record.Data(), record.size, CustomDataBlank);
     });
+    if (target.size == 0)
+        target.RemoveAll();
 }
 
 /// Makes room at once for what an empty store is about to get: buffer and index that grow hold the old and the new

@@ -131,12 +131,10 @@ void CCustomData::LoadFrom(CXArchive& archive) {
     case CustomDataMagicCurrent:
     case CustomDataMagicPrevious: break;
     case CustomDataMagicLegacyWide:
-    case CustomDataMagicLegacyNarrow: {
-        ReadPreviousVersion(archive);
-        // Set last: a record that replaces the only one so far empties the store on the way.
+    case CustomDataMagicLegacyNarrow:
         stringFormat = static_cast<unsigned int>(magic) == CustomDataMagicLegacyWide ? 1 : 2;
+        ReadPreviousVersion(archive);
         return;
-    }
     default: ThrowBadStream();
     }
     unsigned int total = 0;
@@ -190,6 +188,8 @@ bool CCustomData::SerializeFromData(void const* data, unsigned long long byteCou
 
 bool CCustomData::SerializeFromData(CCustomData& target, void const* data, unsigned long long byteCount) {
     StoreLock const hold(&target.threadLock);
+    // A stream that is a value of this very store stays until it is read.
+    Block const kept(target.IsOwnMemory(data) ? std::exchange(target.buffer, nullptr) : nullptr, Free);
     target.RemoveAll();
     if (byteCount == 0)
         return false;
