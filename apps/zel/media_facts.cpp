@@ -68,8 +68,11 @@ void AddCount(Json& object, char const* key, std::optional<unsigned long long> c
 std::string MediaAnswer::Reasons() const {
     std::string text;
     for (ParserFailure const& failure : failures) {
-        text += fmt::format("{}{}{}{}", text.empty() ? "" : "; ", failure.parser, failure.parser.empty() ? "" : ": ",
-                            failure.reason);
+        text += text.empty() ? "" : "; ";
+        if (!failure.parser.empty()) {
+            text += failure.parser.substr(0, failure.parser.find_last_not_of(' ') + 1) + ": ";
+        }
+        text += failure.reason;
     }
     return text;
 }
@@ -86,6 +89,7 @@ MediaAnswer TakeAnswer(CMediaIo const& io, bool success, MediaLimits const& limi
                 reason = fmt::format("it takes longer than the {} seconds that are allowed", limits.timeMs / 1000.0);
             }
         }
+        std::replace(reason.begin(), reason.end(), '\n', ' '); // one line a file
         answer.failures.push_back({ClassText(error.classId), reason});
     }
     if (!success && answer.failures.empty()) {
