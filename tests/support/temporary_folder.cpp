@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/temporary_folder.h"
 
-#include "zeltools/platform/native_path.h"
+#include <zeltools/files/paths/native_names.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -17,7 +17,7 @@ TemporaryFolder::TemporaryFolder(std::string const& parent) {
         throw std::runtime_error("no temporary folder: " + name);
     }
     native = name + '/';
-    path = platform::FromNativePath(native);
+    path = fileFromNativeName(native.c_str());
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -26,9 +26,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::u16string TemporaryFolder::Path(std::string_view nativeName) const {
-    std::u16string result = path;
-    platform::AppendFromNativeName(nativeName, result);
-    return result;
+    return path + static_cast<char16_t const*>(fileFromNativeName(std::string(nativeName).c_str()));
 }
 
 void TemporaryFolder::Write(std::string const& nativeName, std::string_view content) const {
