@@ -1,57 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/bitmap/format_checks.h"
 
+#include "plugins/bitmap/file_bytes.h"
+#include "plugins/bitmap/image_header.h"
+#include "plugins/bitmap/jpeg2000_header.h"
+
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 #include <vector>
 
 namespace {
 
-/// Numbers of a file at any place; what lies behind its end is 0.
-class Bytes {
-public:
-    explicit Bytes(PolledFile& source) : file(source), fileSize(source.size()) {}
-
-    std::uint64_t GetSize() const { return fileSize; }
-    std::uint32_t Big(std::uint64_t at, int count) const {
-        std::array<unsigned char, 4> bytes{};
-        Get(at, bytes.data(), static_cast<std::size_t>(count));
-        std::uint32_t value = 0;
-        for (int i = 0; i < count; ++i) {
-            value = value << 8 | bytes[static_cast<std::size_t>(i)];
-        }
-        return value;
-    }
-    std::uint32_t Little(std::uint64_t at, int count) const {
-        std::uint32_t const value = Big(at, count);
-        return __builtin_bswap32(value) >> (8 * (4 - count));
-    }
-    bool IsAt(std::uint64_t at, std::string_view text) const {
-        std::array<char, 8> bytes{};
-        Get(at, bytes.data(), text.size());
-        return std::string_view(bytes.data(), text.size()) == text;
-    }
-    std::size_t Get(std::uint64_t at, void* target, std::size_t size) const {
-        return at < fileSize ? file.pread(target, size, static_cast<int64_t>(at)) : 0;
-    }
-
-private:
-    PolledFile& file;
-    std::uint64_t fileSize;
-};
-
 /// The reader makes room for the user's data as large as the header claims, and copies it.
-FileFault CheckDpx(Bytes const& bytes) {
+FileFault CheckDpx(FileBytes const& bytes) {
     constexpr std::uint64_t userSizeAt = 32;
     std::uint32_t const userSize = bytes.IsAt(0, "SDPX") ? bytes.Big(userSizeAt, 4) : bytes.Little(userSizeAt, 4);
     return userSize != 0xFFFFFFFF && userSize > bytes.GetSize() ? FileFault::CutShort : FileFault::None;
 }
 
 /// The reader of icons that are not PNG writes behind its pixels where the width is no multiple of 8.
-FileFault CheckIcon(Bytes const& bytes) {
+FileFault CheckIcon(FileBytes const& bytes) {
     std::uint32_t const count = bytes.Little(4, 2);
     for (std::uint32_t i = 0; i < count; ++i) {
         std::uint64_t const entry = 6 + 16 * static_cast<std::uint64_t>(i);
@@ -75,7 +44,7 @@ struct IffHead {
     std::uint32_t tiles = 0;
 };
 
-IffHead ReadIffHead(Bytes const& bytes, std::uint64_t at) {
+IffHead ReadIffHead(FileBytes const& bytes, std::uint64_t at) {
     std::uint32_t const flags = bytes.Big(at + 12, 4);
     std::uint32_t const channels = (flags & 1) == 0 ? 0 : (flags & 2) != 0 ? 4 : 3; // never alpha alone
     std::uint32_t const channelBytes = bytes.Big(at + 16, 2) == 0 ? 1 : 2;
@@ -103,7 +72,7 @@ bool AreRunsWhole(std::vector<unsigned char> const& packed, std::uint64_t area, 
     return planes == 0;
 }
 
-bool IsIffTileSound(Bytes const& bytes, std::uint64_t at, std::uint32_t size, IffHead const& head) {
+bool IsIffTileSound(FileBytes const& bytes, std::uint64_t at, std::uint32_t size, IffHead const& head) {
     std::uint32_t const left = bytes.Big(at, 2);
     std::uint32_t const top = bytes.Big(at + 2, 2);
     std::uint32_t const right = bytes.Big(at + 4, 2);
@@ -123,7 +92,7 @@ bool IsIffTileSound(Bytes const& bytes, std::uint64_t at, std::uint32_t size, If
 /// The reader looks for pixels before its memory where the picture has an origin, copies tiles to wherever they say
 /// they lie, unpacks runs beyond the tile's end, does not miss a tile that is not there, and takes a file that ends
 /// early for a whole one.
-FileFault CheckIff(Bytes const& bytes) {
+FileFault CheckIff(FileBytes const& bytes) {
     std::uint64_t const end = 8 + static_cast<std::uint64_t>(bytes.Big(4, 4));
     if (bytes.GetSize() < end) {
         return FileFault::CutShort;
@@ -157,7 +126,7 @@ FileFault CheckIff(Bytes const& bytes) {
 
 /// The decoder fills what is missing with grey and reports nothing. Compressed pixels never hold the mark that ends
 /// them, so a whole file has it somewhere behind their beginning, whatever a camera appends.
-FileFault CheckJpeg(Bytes const& bytes) {
+FileFault CheckJpeg(FileBytes const& bytes) {
     if (bytes.GetSize() > 2 && bytes.Big(bytes.GetSize() - 2, 2) == 0xFFD9) {
         return FileFault::None;
     }
@@ -175,7 +144,7 @@ FileFault CheckJpeg(Bytes const& bytes) {
     return FileFault::CutShort;
 }
 
-std::uint64_t WebpPixels(Bytes const& bytes) {
+std::uint64_t WebpPixels(FileBytes const& bytes) {
     std::uint64_t const at = 20; // behind RIFF, size, WEBP, and the first chunk's name and size
     if (bytes.IsAt(12, "VP8X")) {
         return static_cast<std::uint64_t>(bytes.Little(at + 4, 3) + 1) * (bytes.Little(at + 7, 3) + 1);
@@ -187,37 +156,10 @@ std::uint64_t WebpPixels(Bytes const& bytes) {
     return static_cast<std::uint64_t>(bytes.Little(at + 6, 2) & 0x3FFF) * (bytes.Little(at + 8, 2) & 0x3FFF);
 }
 
-/// Of a codestream's SIZ segment: the reference grid without the image's offset.
-std::uint64_t CodestreamPixels(Bytes const& bytes, std::uint64_t at) {
-    std::uint32_t const width = bytes.Big(at + 8, 4) - bytes.Big(at + 16, 4);
-    std::uint32_t const height = bytes.Big(at + 12, 4) - bytes.Big(at + 20, 4);
-    return static_cast<std::uint64_t>(width) * height;
-}
-
-std::uint64_t Jpeg2000Pixels(Bytes const& bytes) {
-    if (bytes.Big(0, 4) == 0xFF4FFF51) {
-        return CodestreamPixels(bytes, 0);
-    }
-    for (std::uint64_t at = 0; at + 8 <= bytes.GetSize();) {
-        std::uint64_t const size = bytes.Big(at, 4);
-        std::uint64_t const head = size == 1 ? 16 : 8;
-        if (bytes.IsAt(at + 4, "jp2c")) {
-            return CodestreamPixels(bytes, at + head);
-        }
-        std::uint64_t const whole =
-            size == 1 ? static_cast<std::uint64_t>(bytes.Big(at + 8, 4)) << 32 | bytes.Big(at + 12, 4) : size;
-        if (whole < head || whole > bytes.GetSize() - at) {
-            break;
-        }
-        at += whole;
-    }
-    return 0;
-}
-
 } // namespace
 
 FileFault CheckFile(std::string const& format, PolledFile& file, bool allPixels) {
-    Bytes const bytes(file);
+    FileBytes const bytes(file);
     if (format == "dpx") {
         return CheckDpx(bytes);
     }
@@ -231,12 +173,13 @@ FileFault CheckFile(std::string const& format, PolledFile& file, bool allPixels)
 }
 
 unsigned long long ClaimedPixels(std::string const& format, PolledFile& file) {
-    Bytes const bytes(file);
+    FileBytes const bytes(file);
     if (format == "gif") {
         return static_cast<std::uint64_t>(bytes.Little(6, 2)) * bytes.Little(8, 2);
     }
     if (format == "webp") {
         return WebpPixels(bytes);
     }
-    return format == "jpeg2000" ? Jpeg2000Pixels(bytes) : 0;
+    OIIO::ImageSpec spec;
+    return format == "jpeg2000" && ReadJpeg2000Header(file, spec) ? CountPixels(spec) : 0;
 }

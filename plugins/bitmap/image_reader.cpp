@@ -3,6 +3,7 @@
 
 #include "plugins/bitmap/format_checks.h"
 #include "plugins/bitmap/image_header.h"
+#include "plugins/bitmap/jpeg2000_header.h"
 #include "plugins/bitmap/oiio_parser.h"
 
 #include <algorithm>
@@ -73,10 +74,7 @@ bool ImageReader::OpenFile(Extent extent) {
     return pixels <= limits.maxPixels || parser.FailBeyondLimit(MediaLimit::Pixels, pixels, limits.maxPixels);
 }
 
-bool ImageReader::Open(Extent extent) {
-    if (!OpenFile(extent)) {
-        return false;
-    }
+bool ImageReader::Open() {
     OIIO::geterror(); // of whatever ran on this thread before
     input = OIIO::ImageInput::create(parser.GetFormat(), false, nullptr, nullptr, "");
     if (!input) {
@@ -106,8 +104,22 @@ bool ImageReader::IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& d
     return true;
 }
 
+bool ImageReader::ReadUndecoded(CImageDocument& image, OIIO::ImageSpec const& spec) {
+    image.format = CXTString<char16_t>(parser.GetFormat().c_str());
+    CSubImage& subImage = image.AddSubImage();
+    DescribeSubImage(spec, subImage);
+    return IsWithinLimits(spec, subImage);
+}
+
 bool ImageReader::ReadSubImages(CImageDocument& image, Extent extent) {
-    if (!Open(extent)) {
+    if (!OpenFile(extent)) {
+        return false;
+    }
+    OIIO::ImageSpec undecoded;
+    if (extent == Extent::Header && parser.GetFormat() == "jpeg2000" && ReadJpeg2000Header(*file, undecoded)) {
+        return ReadUndecoded(image, undecoded);
+    }
+    if (!Open()) {
         return false;
     }
     image.format = CXTString<char16_t>(input->format_name());

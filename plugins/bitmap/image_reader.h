@@ -30,8 +30,10 @@ private:
     };
 
     bool ReadSubImages(CImageDocument& image, Extent extent);
-    bool Open(Extent extent);
+    bool Open();
     bool OpenFile(Extent extent);
+    /// Describes a picture that the library would decode as soon as it opens it.
+    bool ReadUndecoded(CImageDocument& image, OIIO::ImageSpec const& spec);
     bool IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& described);
     bool ReadPixels(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);
     bool ReadScanlines(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);

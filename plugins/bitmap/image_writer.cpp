@@ -83,7 +83,7 @@ void ApplyOptions(CIoOptions const* options, bool canTile, OIIO::ImageSpec& spec
 
 /// Formats that store colour as it is beside its alpha; the others want it multiplied by alpha.
 bool KeepsUnassociatedAlpha(std::string const& format) {
-    constexpr std::string_view formats[] = {"png", "tiff", "targa", "bmp", "ico", "gif", "webp"};
+    constexpr std::string_view formats[] = {"png", "tiff", "targa", "bmp", "ico", "gif", "jpeg2000"};
     return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
 }
 

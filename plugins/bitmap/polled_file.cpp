@@ -164,7 +164,7 @@ size_t PolledFile::read(void* target, size_t size) {
 }
 
 size_t PolledFile::write(void const* data, size_t size) {
-    size_t const put = std::fwrite(data, 1, size, stream);
+    size_t const put = size == 0 ? 0 : std::fwrite(data, 1, size, stream); // some formats write nothing from nowhere
     m_pos += static_cast<int64_t>(put);
     return put;
 }

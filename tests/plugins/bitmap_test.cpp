@@ -214,6 +214,8 @@ TEST_F(BitmapPlugin, WritesAndReadsBitForBit) {
         {"ico", u"RGBA", UInt8},
         {"iff", u"RGB", UInt8},
         {"jp2", u"RGB", UInt8},
+        {"j2k", u"Y", UInt16},
+        {"jp2", u"RGBA", UInt8},
         {"pgm", u"Y", UInt8},
         {"png", u"RGBA", UInt8},
         {"png", u"RGB", UInt16},
@@ -421,7 +423,9 @@ TEST_F(BitmapPlugin, AFailedSaveLeavesTheOldFile) {
 TEST_F(BitmapPlugin, StopsWhenItIsAsked) {
     CImageDocument image;
     AddNoise(image, 4000, 3000, u"RGB", PixelType::UInt16);
-    ASSERT_TRUE(Write("a.png", image));
+    CIoOptions quick(false);
+    SetNamedOption(quick.GetParserOptions(), u"png:compressionLevel", u"1");
+    ASSERT_TRUE(Write("a.png", image, &quick));
     auto const stop = [](CBitmapIo& io, auto const& work) {
         std::atomic<bool> ended = false;
         Clock::time_point asked;
