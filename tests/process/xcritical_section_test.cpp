@@ -30,6 +30,19 @@ TEST(CXCriticalSection, LetsOneThreadInAtATime) {
     EXPECT_FALSE(lock.IsLocked());
 }
 
+TEST(CXCriticalSection, LeavingWhatNobodyHoldsChangesNothing) {
+    CXCriticalSection lock;
+#ifdef NDEBUG
+    EXPECT_TRUE(lock.Unlock());
+    lock.Lock();
+    EXPECT_TRUE(lock.IsLocked());
+    lock.Unlock();
+    std::thread([&] { lock.Lock(), lock.Unlock(); }).join(); // waits for ever where the first one never left
+#else
+    EXPECT_DEATH(lock.Unlock(), "nobody is inside");
+#endif
+}
+
 TEST(CXSingleLock, HoldsOnceAndReleasesHoweverItIsLeft) {
     CXCriticalSection first;
     CXCriticalSection second;

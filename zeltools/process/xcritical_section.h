@@ -11,6 +11,7 @@
 #include "zeltools/foundation/api.h"
 
 #include <atomic>
+#include <cassert>
 #include <mutex>
 #include <thread>
 
@@ -35,9 +36,13 @@ public:
         return true;
     }
 
-    /// Leaves what Lock entered. Always true.
+    /// Leaves what Lock entered. Always true; a lock that nobody holds stays as it is.
     bool Unlock() {
         int const left = lockCount.load(std::memory_order_relaxed) - 1;
+        if (left < 0) { // else the next holder could never leave
+            assert(!"nobody is inside");
+            return true;
+        }
         lockCount.store(left, std::memory_order_relaxed);
         if (left == 0) {
             owner.store(std::thread::id(), std::memory_order_relaxed);
