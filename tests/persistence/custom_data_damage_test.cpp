@@ -133,6 +133,34 @@ TEST(CustomDataDamage, GoodRecordsOfALegacyStreamAreKept) {
     EXPECT_NE(text, u"default"); // still a legacy store, whose blank values are texts
 }
 
+TEST(CustomDataDamage, LongInputTakesNoSquareOfItsLength) {
+    constexpr unsigned int count = 200'000;
+    auto const word = [](unsigned int number) {
+        return std::string(reinterpret_cast<char const*>(&number), sizeof(number));
+    };
+    // Every record of the second half replaces, in another size, the first value that there still is.
+    std::string records;
+    for (std::size_t size : {1, 2})
+        for (unsigned int id = 0; id < count; ++id)
+            records += word(id) + word(static_cast<unsigned int>(size)) + word(1) + std::string(size + 3, 'x');
+    CCustomData data;
+    EXPECT_EQ(
+        LoadResult(data, word(CustomDataMagicLegacyWide) + word(static_cast<unsigned int>(records.size())) + records),
+        "");
+    EXPECT_EQ(data.GetIDCount(), count);
+    unsigned int byteCount = 0, kind = 0;
+    data.GetData(byteCount);
+    EXPECT_EQ(byteCount, count * 14);
+    EXPECT_EQ(data.GetIDByIndex(count - 1, kind), count - 1);
+    EXPECT_EQ(data.GetDataSize(0), 2u);
+    struct Store : CCustomData {
+        using CCustomData::SetCustom;
+    } texts;
+    texts.SetCustom(1, std::string(5 * count, '\0').data(), 5 * count, CustomDataUtf8List);
+    CXArray<CXTString<char16_t>> list(false);
+    EXPECT_EQ(texts.GetStringList(1, list), 5 * count);
+}
+
 TEST(CustomDataDamage, DumpEndsWithItsLimits) {
     auto const nested = [](int levels) {
         CCustomData data;

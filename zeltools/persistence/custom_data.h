@@ -349,6 +349,7 @@ private:
     bool EnterOffset(unsigned int id, unsigned int offset);
     void Expect(unsigned int count, unsigned int byteCount);
     void RemoveChunk(CustomPrivateData* chunk, unsigned int id);
+    void RemoveUnknownChunks();
     void ForgetRenamed(unsigned int firstLost);
     void UpdateOffsetMap(unsigned int count);
     void TakeBuffer(void* data, unsigned int byteCount, unsigned int expectedCount);

@@ -8,6 +8,7 @@
 
 #include <new>
 
+using detail::ChunkHeaderSize;
 using detail::StoreLock;
 
 namespace {
@@ -40,22 +41,36 @@ void CCustomData::ConvertPreviousData(CCustomData& target, CustomPrivateDataOld 
         if (record.size == 0)
             return;
         ++count;
-        byteCount += detail::ChunkHeaderSize + record.size;
+        byteCount += ChunkHeaderSize + record.size;
     });
     if (count == 0)
         return;
     target.Expect(count, byteCount);
     ForEachRecord(records, size, [&](CustomPrivateDataOld const& record) {
-        // The only value so far goes without RemoveAll, which would give the room back.
         CustomPrivateData const* const present = target.FindChunk(record.id);
-        if (present && present->size != record.size && detail::ChunkHeaderSize + present->size == target.size) {
+        if (present && present->size != record.size)
             target.offsetMap->Remove(record.id);
-            target.size = 0;
-        }
         target.SetCustom(record.id, record.Data(), record.size, CustomDataBlank);
     });
-    if (target.size == 0)
-        target.RemoveAll();
+    target.RemoveUnknownChunks();
+}
+
+/// Removes the chunks that the index does not know, in one pass: one by one, each would move all that follow it.
+void CCustomData::RemoveUnknownChunks() {
+    unsigned int kept = 0;
+    for (unsigned int offset = 0; offset != size;) {
+        CustomPrivateData const* const chunk = ChunkAt(offset);
+        unsigned int const length = ChunkHeaderSize + chunk->size;
+        if (unsigned int* const known = offsetMap->Find(chunk->id); known && *known == offset) {
+            *known = kept;
+            std::memmove(buffer + kept, chunk, length);
+            kept += length;
+        }
+        offset += length;
+    }
+    size = kept;
+    if (size == 0)
+        RemoveAll();
 }
 
 /// Makes room at once for what an empty store is about to get: buffer and index that grow hold the old and the new

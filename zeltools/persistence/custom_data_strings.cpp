@@ -5,6 +5,8 @@
 #include "zeltools/persistence/custom_data.h"
 #include "zeltools/persistence/custom_data_private.h"
 
+#include <algorithm>
+#include <limits>
 #include <string>
 
 using detail::StoreLock;
@@ -186,7 +188,7 @@ void CCustomData::SetStrings(unsigned int id, CXArray<CXTString<char16_t>> const
     }
 }
 
-unsigned int CCustomData::GetStrings(unsigned int id, CXArray<CXTString<char16_t>>& values, bool asArray) const {
+unsigned int CCustomData::GetStrings(unsigned int id, CXArray<CXTString<char16_t>>& values, bool) const {
     StoreLock const hold(&threadLock);
     values.RemoveAll();
     CustomPrivateData const* const chunk = ReachChunk(id);
@@ -197,11 +199,10 @@ unsigned int CCustomData::GetStrings(unsigned int id, CXArray<CXTString<char16_t
         else if (kind == CustomDataNarrowList || kind == CustomDataUtf8List)
             ForEachNarrow(*chunk, visitNarrow);
     };
-    if (asArray) {
-        unsigned int count = 0;
-        visitAll([&](unsigned char const*, std::size_t) { ++count; }, [&](char const*) { ++count; });
-        values.PreAllocate(static_cast<int>(count));
-    }
+    // The list form too, being an array: one that grows by steps would move a long list over and over.
+    unsigned int textCount = 0;
+    visitAll([&](unsigned char const*, std::size_t) { ++textCount; }, [&](char const*) { ++textCount; });
+    values.PreAllocate(static_cast<int>(std::min<unsigned int>(textCount, std::numeric_limits<int>::max())));
     WideString value;
     visitAll(
         [&](unsigned char const* units, std::size_t count) {
