@@ -33,8 +33,9 @@ Type& TypeOf(std::vector<Type>& types, SceneFormat const& format) {
 }
 
 void AddExtension(Type& type, std::string const& extension) {
-    // The registry goes by the last extension of a name, so that one of two parts (mesh.xml) would never be found.
-    if (extension.find('.') == std::string::npos &&
+    // The registry goes by the last extension of a name, so that one of two parts (mesh.xml) would never be found. And
+    // hardly any .xml file is a scene: each other one would be reported as a broken scene.
+    if (extension.find('.') == std::string::npos && extension != "xml" &&
         std::find(type.extensions.begin(), type.extensions.end(), extension) == type.extensions.end()) {
         type.extensions.push_back(extension);
     }
