@@ -78,8 +78,8 @@ TEST_F(Plugins, RefusesWhatIsNoneAndSaysWhy) {
     Copy("good", "cut.so");
     auto const size = std::filesystem::file_size(folder.Native() + "cut.so");
     std::filesystem::resize_file(folder.Native() + "cut.so", size / 3);
-    Copy("good", "stub.so");
-    std::filesystem::resize_file(folder.Native() + "stub.so", 64);
+    Copy("good", "head.so");
+    std::filesystem::resize_file(folder.Native() + "head.so", 64);
     Copy("good", "shared.so");
     chmod((folder.Native() + "shared.so").c_str(), 0777);
     folder.Write("text.so", "#!/bin/sh\n%s%n\n");
@@ -92,7 +92,7 @@ TEST_F(Plugins, RefusesWhatIsNoneAndSaysWhy) {
         PluginOutcome outcome;
     } const rows[] = {
         {Path("cut.so"), PluginIsCutShort},
-        {Path("stub.so"), PluginIsCutShort},
+        {Path("head.so"), PluginIsCutShort},
         {Path("shared.so"), PluginIsWritableByOthers},
         {Path("text.so"), PluginIsNoLibrary},
         {Path("empty.so"), PluginIsNoLibrary},

@@ -34,7 +34,7 @@ class ZEL_API CFileIo {
 public:
     // ---- Making one ------------------------------------------------------------------------------------------
 
-    /// Parses the name and, where the spec leaves the choice of parser open, goes on to the extension's first parser
+    /// Parses the name and, where it leaves the choice of parser open, goes on to the extension's first parser
     /// that can load or save at all.
     ///
     /// @param flags   FILE_PARSER_FLAGS.
