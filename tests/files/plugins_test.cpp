@@ -76,8 +76,7 @@ TEST(PluginsDirectory, IsMadeOfTheDirectoryPart) {
 
 TEST_F(Plugins, RefusesWhatIsNoneAndSaysWhy) {
     Copy("good", "cut.so");
-    auto const size = std::filesystem::file_size(folder.Native() + "cut.so");
-    std::filesystem::resize_file(folder.Native() + "cut.so", size / 3);
+    std::filesystem::resize_file(folder.Native() + "cut.so", 4096); // its head, but not all that is to be loaded
     Copy("good", "head.so");
     std::filesystem::resize_file(folder.Native() + "head.so", 64);
     Copy("good", "shared.so");
