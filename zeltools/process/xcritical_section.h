@@ -40,7 +40,7 @@ public:
     bool Unlock() {
         int const left = lockCount.load(std::memory_order_relaxed) - 1;
         if (left < 0) { // else the next holder could never leave
-            assert(!"nobody is inside");
+            assert(false && "nobody is inside");
             return true;
         }
         lockCount.store(left, std::memory_order_relaxed);
