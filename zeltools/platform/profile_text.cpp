@@ -12,6 +12,9 @@ namespace platform {
 
 namespace {
 
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view Utf16Mark = "\xFF\xFE";
+
 std::u16string Decode(std::string_view bytes) {
     std::u16string text(Utf16Room(bytes.size()), u'\0');
     text.resize(Utf8ToUtf16(bytes.data(), bytes.size(), text.data()));
@@ -72,6 +75,7 @@ bool IsQuoted(std::string_view value) {
 struct Profile {
     std::vector<std::string> lines;
     bool isUtf16 = false;
+    bool hasUtf8Mark = false;
     std::string lineEnd = "\n";
 
     explicit Profile(std::string bytes);
@@ -84,15 +88,16 @@ struct Profile {
 };
 
 Profile::Profile(std::string bytes) {
-    if (bytes.size() >= 2 && bytes[0] == '\xFF' && bytes[1] == '\xFE') {
+    if (bytes.starts_with(Utf16Mark)) {
         isUtf16 = true;
         std::u16string text((bytes.size() - 2) / 2, u'\0');
         if (!text.empty()) {
             std::memcpy(text.data(), bytes.data() + 2, text.size() * 2);
         }
         bytes = Encode(text);
-    } else if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
-        bytes.erase(0, 3);
+    } else if (bytes.starts_with(Utf8Mark)) {
+        hasUtf8Mark = true;
+        bytes.erase(0, Utf8Mark.size());
     }
     std::string_view rest = bytes;
     while (!rest.empty()) {
@@ -114,7 +119,9 @@ std::string Profile::Text() const {
         bytes += lineEnd;
     }
     if (!isUtf16) {
-        return bytes;
+        // A first line may begin like a mark: without one before it, it would be taken for that.
+        bool const needsMark = hasUtf8Mark || bytes.starts_with(Utf8Mark) || bytes.starts_with(Utf16Mark);
+        return needsMark ? std::string(Utf8Mark) + bytes : bytes;
     }
     std::u16string text = u'\uFEFF' + Decode(bytes);
     return {reinterpret_cast<char const*>(text.data()), text.size() * 2};
