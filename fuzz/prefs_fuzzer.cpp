@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -48,6 +49,15 @@ public:
     CXTString<char16_t> path;
 };
 
+/// Whether two stores hold the same bytes. IsEqual goes by ids, and a file from outside may give two values one id.
+bool HoldSameBytes(CCustomData const& a, CCustomData const& b) {
+    unsigned int sizeOfA = 0;
+    unsigned int sizeOfB = 0;
+    void const* const bytesOfA = a.GetData(sizeOfA);
+    void const* const bytesOfB = b.GetData(sizeOfB);
+    return sizeOfA == sizeOfB && (sizeOfA == 0 || std::memcmp(bytesOfA, bytesOfB, sizeOfA) == 0);
+}
+
 unsigned int WordAt(std::string_view bytes, std::size_t offset) {
     unsigned int word = 0;
     if (bytes.size() >= offset + sizeof(word)) {
@@ -81,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     }
     CCustomData again;
     Require(again.LoadFromPrefs(folder.path, ~key1, ~key2, false) && again.IsEqual(own));
-    Require(again.LoadFromPrefs(folder.path, key1, key2, false) == hasFirst && again.IsEqual(first));
+    Require(again.LoadFromPrefs(folder.path, key1, key2, false) == hasFirst && HoldSameBytes(again, first));
     std::string const saved = folder.Read("a.prefs");
     Require(own.SaveToPrefs(folder.path, ~key1, ~key2));
     Require(folder.Read("a.prefs") == saved);
