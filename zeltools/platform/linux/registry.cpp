@@ -121,6 +121,18 @@ bool IsThere(Database* database, long long row) {
            (database != nullptr && database->Prepare("SELECT 1 FROM key WHERE id = ?1").Bind(1, row).Step());
 }
 
+/// Reads from the store what stands below an open key: `read(database)` answers a status, and `whenEmpty` is the status
+/// while there is no store.
+template <class Read>
+int ReadKey(OpenKey const& key, int whenEmpty, Read const& read) {
+    return RunRegistryTransaction(StoreUse::Read, [&](Database* database) -> int {
+        if (!IsThere(database, key.row)) {
+            return ErrorKeyDeleted;
+        }
+        return database == nullptr ? whenEmpty : read(*database);
+    });
+}
+
 /// The row of the key below another, or 0.
 long long FindChild(Database& database, long long parent, std::u16string_view name) {
     std::u16string const folded = Folded(name);
@@ -342,15 +354,9 @@ int RegEnumKeyExW(HKEY handle, unsigned int index, char16_t* name, unsigned int*
     if (status != ErrorSuccess || name == nullptr || length == nullptr) {
         return status != ErrorSuccess ? status : static_cast<int>(ErrorInvalidParameter);
     }
-    return RunRegistryTransaction(StoreUse::Read, [&](Database* database) -> int {
-        if (!IsThere(database, key.row)) {
-            return ErrorKeyDeleted;
-        }
-        if (database == nullptr) {
-            return ErrorNoMoreItems;
-        }
+    return ReadKey(key, ErrorNoMoreItems, [&](Database& database) -> int {
         Statement statement =
-            database->Prepare("SELECT name FROM key WHERE parent = ?1 ORDER BY folded LIMIT 1 OFFSET ?2");
+            database.Prepare("SELECT name FROM key WHERE parent = ?1 ORDER BY folded LIMIT 1 OFFSET ?2");
         statement.Bind(1, key.row).Bind(2, index);
         return statement.Step() ? GiveName(statement.Text(0), name, length) : static_cast<int>(ErrorNoMoreItems);
     });
@@ -364,20 +370,14 @@ int RegQueryValueExW(HKEY handle, char16_t const* name, unsigned int* type, void
     if (status != ErrorSuccess || (data != nullptr && size == nullptr)) {
         return status != ErrorSuccess ? status : static_cast<int>(ErrorInvalidParameter);
     }
-    return RunRegistryTransaction(StoreUse::Read, [&](Database* database) -> int {
-        if (!IsThere(database, key.row)) {
-            return ErrorKeyDeleted;
-        }
-        if (database == nullptr) {
-            return ErrorFileNotFound;
-        }
+    return ReadKey(key, ErrorFileNotFound, [&](Database& database) -> int {
         std::u16string const folded = Folded(ViewOf(name));
-        Statement statement = database->Prepare("SELECT id, type FROM value WHERE key = ?1 AND folded = ?2");
+        Statement statement = database.Prepare("SELECT id, type FROM value WHERE key = ?1 AND folded = ?2");
         if (!statement.Bind(1, key.row).Bind(2, folded).Step()) {
             return ErrorFileNotFound;
         }
         unsigned int const found = SizeWord(statement.Number(1));
-        int const given = GiveData(*database, statement.Number(0), data, size);
+        int const given = GiveData(database, statement.Number(0), data, size);
         if (type != nullptr && (given == ErrorSuccess || given == ErrorMoreData)) {
             *type = found;
         }
@@ -444,15 +444,9 @@ int RegEnumValueW(HKEY handle, unsigned int index, char16_t* name, unsigned int*
     if (status != ErrorSuccess || name == nullptr || length == nullptr || (data != nullptr && size == nullptr)) {
         return status != ErrorSuccess ? status : static_cast<int>(ErrorInvalidParameter);
     }
-    return RunRegistryTransaction(StoreUse::Read, [&](Database* database) -> int {
-        if (!IsThere(database, key.row)) {
-            return ErrorKeyDeleted;
-        }
-        if (database == nullptr) {
-            return ErrorNoMoreItems;
-        }
+    return ReadKey(key, ErrorNoMoreItems, [&](Database& database) -> int {
         Statement statement =
-            database->Prepare("SELECT id, type, name FROM value WHERE key = ?1 ORDER BY id LIMIT 1 OFFSET ?2");
+            database.Prepare("SELECT id, type, name FROM value WHERE key = ?1 ORDER BY id LIMIT 1 OFFSET ?2");
         if (!statement.Bind(1, key.row).Bind(2, index).Step()) {
             return ErrorNoMoreItems;
         }
@@ -461,7 +455,7 @@ int RegEnumValueW(HKEY handle, unsigned int index, char16_t* name, unsigned int*
             return ErrorMoreData;
         }
         unsigned int const foundType = SizeWord(statement.Number(1));
-        int const given = GiveData(*database, statement.Number(0), data, size);
+        int const given = GiveData(database, statement.Number(0), data, size);
         if (given != ErrorSuccess) {
             return given;
         }
