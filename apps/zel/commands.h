@@ -37,7 +37,8 @@ struct ListOptions {
     bool json = false;
     SortBy sort = SortBy::Walk;
     ProgressStyle progress = ProgressStyle::Automatic;
-    bool open = true; ///< Whether images and scenes are opened, for what their headers tell.
+    bool open = true;          ///< Whether images and scenes are opened, for what their headers tell.
+    bool keepMetadata = false; ///< Whether the rows' facts come with the metadata.
     unsigned int threads = 1;
     MediaLimits limits;
 };

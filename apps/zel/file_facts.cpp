@@ -38,6 +38,7 @@ char const* KindName(unsigned int properties) {
 void AddTypeFacts(CXTString<char16_t> const& path, bool isFolder, FileFacts& facts) {
     CFileInfo info;
     info.Init(CFileNameSpec(path), isFolder ? FileNameTypeDirectory : FileNameTypeFile, nullptr);
+    facts.path = path;
     facts.isFolder = isFolder;
     facts.kind = KindName(info.GetProperties());
     facts.classCode = info.GetClass() ? FourCCText(info.GetClass()).data() : "";

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <zeltools/files/paths/folder_walk.h>
+#include <zeltools/foundation/xstring.h>
 #include <zeltools/foundation/xtime.h>
 
 #include <memory>
@@ -14,10 +15,11 @@ namespace zel {
 struct MediaFacts;
 
 struct FileFacts {
-    std::string name;        ///< Native name, below the folder that was asked for.
-    std::string classCode;   ///< Four characters; empty when no type claims the extension.
-    char const* kind = "";   ///< One of KindName's words.
-    std::string description; ///< The type's description; empty when there is none.
+    std::string name;         ///< Native name, below the folder that was asked for.
+    CXTString<char16_t> path; ///< The file itself, as seen from the current folder.
+    std::string classCode;    ///< Four characters; empty when no type claims the extension.
+    char const* kind = "";    ///< One of KindName's words.
+    std::string description;  ///< The type's description; empty when there is none.
     unsigned int parsers = 0;
     bool loadable = false;
     bool savable = false;
@@ -31,7 +33,7 @@ struct FileFacts {
 /// The word for a kind of data: "bitmap", "3d", "audio", ..., "other" for none of them.
 char const* KindName(unsigned int properties);
 
-/// Adds what the file type registry knows by the path; size and date are left alone.
+/// Adds the path and what the file type registry knows by it; size and date are left alone.
 void AddTypeFacts(CXTString<char16_t> const& path, bool isFolder, FileFacts& facts);
 
 } // namespace zel

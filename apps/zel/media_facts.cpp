@@ -225,11 +225,17 @@ void OpenWork::Do() {
         CImageDocument image;
         facts.answer = TakeAnswer(*bitmap, bitmap->ReadHeader(image), limits);
         facts.TakeImage(image);
+        if (keepMetadata && image.GetSubImageCount() != 0) {
+            facts.metadata = image.GetSubImage(0).metadata;
+        }
     } else if (auto* const sceneIo = dynamic_cast<CSceneIo*>(io.get())) {
         sceneIo->limits = limits;
         CSceneDocument scene;
         facts.answer = TakeAnswer(*sceneIo, sceneIo->ReadHeader(scene), limits);
         facts.TakeScene(scene, path);
+        if (keepMetadata) {
+            facts.metadata = scene.metadata;
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "media/media_limits.h"
+#include "media/metadata.h"
 #include "media/scene_document.h"
 #include "worker_pool.h"
 #include <zeltools/foundation/xstring.h>
@@ -55,6 +56,9 @@ struct MediaFacts {
     SceneBox box;
     std::vector<std::string> missingTextures; ///< Native names, as the scene has them.
 
+    /// Of the first picture or of the scene; empty where OpenWork was not told to keep it.
+    CMetadata metadata;
+
     void TakeImage(CImageDocument const& image);
     /// @param path  The scene's own, where its textures are looked for.
     void TakeScene(CSceneDocument const& scene, CXTString<char16_t> const& path);
@@ -68,8 +72,9 @@ struct MediaFacts {
 /// Reads a file's header.
 class OpenWork : public Work {
 public:
-    OpenWork(CXTString<char16_t> filePath, MediaLimits const& mediaLimits)
-        : path(std::move(filePath)), limits(mediaLimits) {}
+    /// @param keep  Whether the facts keep the metadata, of which a file may have much.
+    OpenWork(CXTString<char16_t> filePath, MediaLimits const& mediaLimits, bool keep)
+        : path(std::move(filePath)), limits(mediaLimits), keepMetadata(keep) {}
 
     bool RunsAlone() override;
     void Do() override;
@@ -79,6 +84,7 @@ public:
 private:
     CXTString<char16_t> path;
     MediaLimits limits;
+    bool keepMetadata;
 };
 
 /// The texture files of a scene that are not there, as the scene names them. Relative ones start from the scene's

@@ -14,7 +14,8 @@ constexpr std::size_t EntriesPerThread = 64;
 } // namespace
 
 RowQueue::RowQueue(ListOptions const& options, RowSink& rowSink)
-    : sink(rowSink), limits(options.limits), maxEntries(EntriesPerThread * options.threads),
+    : sink(rowSink), limits(options.limits), keepMetadata(options.keepMetadata),
+      maxEntries(EntriesPerThread * options.threads),
       pool(options.threads, std::chrono::milliseconds(options.limits.timeMs)) {}
 
 void RowQueue::AddRow(FileFacts&& facts, CXTString<char16_t> const& path, std::string const& nativeName,
@@ -25,7 +26,7 @@ void RowQueue::AddRow(FileFacts&& facts, CXTString<char16_t> const& path, std::s
     }
     Entry entry;
     if (facts.openable) {
-        entry.work = std::make_shared<OpenWork>(path, limits);
+        entry.work = std::make_shared<OpenWork>(path, limits, keepMetadata);
         entry.nativeName = nativeName;
         pool.Add(entry.work);
     }

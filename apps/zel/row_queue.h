@@ -68,6 +68,7 @@ private:
 
     RowSink& sink;
     MediaLimits limits;
+    bool keepMetadata;
     std::size_t maxEntries;
     std::deque<Entry> entries;
     WorkerPool pool;
