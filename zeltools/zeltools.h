@@ -68,6 +68,7 @@
 #include <zeltools/foundation/invalid_arg.h>
 #include <zeltools/foundation/length_units.h>
 #include <zeltools/foundation/log_file.h>
+#include <zeltools/foundation/message_box.h>
 #include <zeltools/foundation/next_prime.h>
 #include <zeltools/foundation/open_addressing.h>
 #include <zeltools/foundation/product_information.h>
@@ -132,3 +133,12 @@
 #include <zeltools/process/xcritical_section.h>
 #include <zeltools/process/xsingle_lock.h>
 #include <zeltools/process/xthread.h>
+#include <zeltools/ui/custom_menu.h>
+#include <zeltools/ui/custom_rich_edit_ctrl.h>
+#include <zeltools/ui/desktop.h>
+#include <zeltools/ui/edit.h>
+#include <zeltools/ui/memory_edit.h>
+#include <zeltools/ui/memory_rich_edit_ctrl.h>
+#include <zeltools/ui/memory_text_window.h>
+#include <zeltools/ui/menu_listener.h>
+#include <zeltools/ui/wnd.h>

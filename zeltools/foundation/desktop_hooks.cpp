@@ -34,10 +34,14 @@ bool DesktopHooks::ChooseFromList(CXArray<CXTString<char16_t>> const&, CXArray<C
     return false;
 }
 
-DesktopHooks& GetDesktopHooks() {
+DesktopHooks& GetHeadlessHooks() {
     static HeadlessDesktop headless;
+    return headless;
+}
+
+DesktopHooks& GetDesktopHooks() {
     DesktopHooks* const hooks = installedHooks.load(std::memory_order_acquire);
-    return hooks != nullptr ? *hooks : headless;
+    return hooks != nullptr ? *hooks : GetHeadlessHooks();
 }
 
 void SetDesktopHooks(DesktopHooks* hooks) {
@@ -49,9 +53,7 @@ MessageBoxAnswer SafestAnswer(MessageBoxButtons buttons) {
     case MessageBoxOk: return AnswerOk;
     case MessageBoxAbortRetryIgnore: return AnswerAbort;
     case MessageBoxYesNo: return AnswerNo;
-    case MessageBoxOkCancel:
-    case MessageBoxYesNoCancel:
-    case MessageBoxRetryCancel: break;
+    default: break;
     }
     return AnswerCancel;
 }

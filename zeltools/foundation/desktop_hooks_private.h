@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What the lower floors ask of a desktop: a message box, and the width of texts and windows. The window seam installs
-// its service here; until it does, the headless one answers.
+// What the lower floors ask of a desktop: a message box, and the width of texts and windows. SetDesktop (ui/desktop.h)
+// makes the window seam's service answer here too; until it does, the headless one answers.
 
 #pragma once
 
+#include "zeltools/foundation/message_box.h"
 #include "zeltools/foundation/xarray.h"
 #include "zeltools/foundation/xstring.h"
 
@@ -13,32 +14,10 @@ class CWnd;
 
 namespace detail {
 
-/// The buttons of a message box.
-enum MessageBoxButtons : unsigned int {
-    MessageBoxOk = 0,
-    MessageBoxOkCancel = 1,
-    MessageBoxAbortRetryIgnore = 2,
-    MessageBoxYesNoCancel = 3,
-    MessageBoxYesNo = 4,
-    MessageBoxRetryCancel = 5
-};
-
-/// Added to the buttons: the sign in the box is a warning.
-inline constexpr unsigned int MessageBoxExclamation = 48;
-
-/// The buttons without what is added to them.
-inline constexpr unsigned int MessageBoxButtonMask = 0xF;
-
-/// The button that was chosen.
-enum MessageBoxAnswer {
-    AnswerOk = 1,
-    AnswerCancel = 2,
-    AnswerAbort = 3,
-    AnswerRetry = 4,
-    AnswerIgnore = 5,
-    AnswerYes = 6,
-    AnswerNo = 7
-};
+using enum ::MessageBoxButtons;
+using enum ::MessageBoxAnswer;
+using ::MessageBoxAnswer;
+using ::MessageBoxButtons;
 
 /// A desktop, as far as the lower floors need one.
 class DesktopHooks {
@@ -74,6 +53,9 @@ public:
 /// The desktop that is installed, or the headless one: its message boxes go to standard error and answer with the
 /// button that does the least, and it measures nothing. Threads: any.
 DesktopHooks& GetDesktopHooks();
+
+/// The headless one, whatever is installed.
+DesktopHooks& GetHeadlessHooks();
 
 /// Installs a desktop, which must outlive every call that may use it; null goes back to the headless one.
 /// Threads: any, but calls that are under way go on with the one that they found.
