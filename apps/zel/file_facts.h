@@ -16,7 +16,7 @@ struct MediaFacts;
 
 struct FileFacts {
     std::string name;         ///< Native name, below the folder that was asked for.
-    CXTString<char16_t> path; ///< The file itself, as seen from the current folder.
+    CXTString<char16_t> path; ///< The whole one, from the root on.
     std::string classCode;    ///< Four characters; empty when no type claims the extension.
     char const* kind = "";    ///< One of KindName's words.
     std::string description;  ///< The type's description; empty when there is none.

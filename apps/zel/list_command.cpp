@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "file_facts.h"
+#include "file_finder.h"
 #include "interruption.h"
 #include "list_report.h"
-#include "plugins_setup.h"
 #include "row_queue.h"
 #include "terminal.h"
 #include "trace.h"
 #include "walk_progress.h"
-#include <zeltools/files/paths/file_dates.h>
-#include <zeltools/files/paths/folder_walk.h>
-#include <zeltools/files/paths/native_names.h>
-#include <zeltools/files/paths/path_queries.h>
-#include <zeltools/files/paths/path_slashes.h>
 #include <zeltools/foundation/string_conversion.h>
 #include <zeltools/foundation/xfile_exception.h>
 
@@ -59,7 +54,8 @@ public:
         : options(listOptions), interruption(interruptionOfUser),
           report(listOptions.json ? MakeJsonReport() : MakeTextReport()), errorsToTerminal(isatty(STDERR_FILENO)),
           progressReport(listOptions.progress, interruptionOfUser),
-          progress(progressReport.IsShown(), listOptions.paths.size()), queue(listOptions, *this) {
+          progress(progressReport.IsShown(), listOptions.paths.size()), queue(listOptions, *this),
+          finder(listOptions, queue, [this] { return MustStop(); }) {
         if (isatty(STDOUT_FILENO)) { // then it is the terminal that has the bar
             report->beforeWriting = [this] { progressReport.Clear(); };
         }
@@ -74,8 +70,7 @@ public:
             }
         }
         for (std::string const& path : options.paths) {
-            ListPath(path);
-            queue.AddEndOfPath();
+            finder.Find(path);
             if (MustStop()) {
                 break;
             }
@@ -110,73 +105,6 @@ private:
             return ExitSomeFailed;
         }
         return totals.failures ? ExitSomeFailed : ExitAllWell;
-    }
-
-    void ListPath(std::string const& nativePath) {
-        Trace(TraceAlways, "zel list: %s\n", ShownName(nativePath, true).c_str());
-        CXTString<char16_t> path = fileFromNativeName(nativePath.c_str());
-        if (fileIsDirectory(path, true, nullptr)) {
-            fileSlashTerminate(path);
-            ListFolder(path, nativePath);
-        } else {
-            ListFile(path, nativePath);
-        }
-    }
-
-    void ListFile(CXTString<char16_t> const& path, std::string const& nativePath) {
-        FileFacts facts;
-        unsigned long long const size = fileGetSize(path);
-        if (size == ~0ULL || !fileGetLastWriteDate(path, facts.lastWrite)) {
-            CXFileException failure;
-            CXFileException::ThrowOsError(CXFileException::fileNotFound, path, &failure);
-            queue.AddFailure(nativePath, failure.cause, CXTString<char16_t>());
-            return;
-        }
-        facts.name = nativePath;
-        facts.sizeBytes = size;
-        AddRow(path, false, std::move(facts), nativePath, CXTString<char16_t>());
-    }
-
-    void ListFolder(CXTString<char16_t> const& folder, std::string const& nativeFolder) {
-        CFolderWalk walk(folder, options.recursive ? CFolderWalk::BelowToo : CFolderWalk::ThisFolder);
-        CXTString<char16_t> traced;
-        for (CFolderWalk::Entry entry; !MustStop() && walk.Next(entry);) {
-            TraceFolder(walk.GetFolder(), traced);
-            std::string const below = NativeBelow(walk.GetFolder(), folder.GetLength(), entry.name);
-            std::string const whole = nativeFolder + (nativeFolder.ends_with('/') || below.empty() ? "" : "/") + below;
-            if (entry.error != CXFileException::none) {
-                queue.AddFailure(whole, entry.error, walk.GetFolder());
-                continue;
-            }
-            FileFacts facts;
-            facts.name = below;
-            facts.sizeBytes = entry.sizeBytes;
-            facts.lastWrite = entry.lastWrite;
-            AddRow(walk.GetFolder() + entry.name + (entry.isDirectory ? u"\\" : u""), entry.isDirectory,
-                   std::move(facts), whole, walk.GetFolder());
-        }
-    }
-
-    void AddRow(CXTString<char16_t> const& path, bool isFolder, FileFacts&& facts, std::string const& nativeName,
-                CXTString<char16_t> const& folder) {
-        RegisterPlugins();
-        AddTypeFacts(path, isFolder, facts);
-        facts.openable &= options.open;
-        queue.AddRow(std::move(facts), path, nativeName, folder);
-    }
-
-    /// The native name of an entry, seen from the folder that was asked for.
-    static std::string NativeBelow(CXTString<char16_t> const& folder, int rootLength, CXTString<char16_t> const& name) {
-        return static_cast<char const*>(fileGetNativeName(folder.Mid(rootLength, -1) + name));
-    }
-
-    /// A line for each folder that is entered. `traced` is the one before.
-    static void TraceFolder(CXTString<char16_t> const& folder, CXTString<char16_t>& traced) {
-        if (IsLogFileEnabled() && !(folder == traced)) {
-            traced = folder;
-            std::string const native = static_cast<char const*>(fileGetNativeName(folder));
-            Trace(TraceFolders, "\t%s\n", ShownName(native, true).c_str());
-        }
     }
 
     void TraceTotals() const {
@@ -254,6 +182,7 @@ private:
     ProgressReport progressReport; ///< Shows what `progress` reports.
     WalkProgress progress;
     RowQueue queue;
+    FileFinder finder;
 };
 
 } // namespace
