@@ -36,6 +36,7 @@
 #include <zeltools/files/paths/path_queries.h>
 #include <zeltools/files/paths/path_slashes.h>
 #include <zeltools/files/paths/path_split.h>
+#include <zeltools/files/paths/shell_type.h>
 #include <zeltools/files/paths/temporary_names.h>
 #include <zeltools/files/paths/valid_names.h>
 #include <zeltools/files/paths/wildcards.h>
@@ -53,9 +54,11 @@
 #include <zeltools/foundation/block_movable.h>
 #include <zeltools/foundation/block_storage.h>
 #include <zeltools/foundation/characters.h>
+#include <zeltools/foundation/date_text.h>
 #include <zeltools/foundation/delete_ptr_safe.h>
 #include <zeltools/foundation/exit_callbacks.h>
 #include <zeltools/foundation/first_launch.h>
+#include <zeltools/foundation/format_string.h>
 #include <zeltools/foundation/four_cc.h>
 #include <zeltools/foundation/fpoint.h>
 #include <zeltools/foundation/frect.h>
@@ -76,6 +79,7 @@
 #include <zeltools/foundation/saturated.h>
 #include <zeltools/foundation/scoped_values.h>
 #include <zeltools/foundation/shared_object.h>
+#include <zeltools/foundation/size_text.h>
 #include <zeltools/foundation/stack.h>
 #include <zeltools/foundation/start_and_close.h>
 #include <zeltools/foundation/string_conversion.h>
@@ -133,6 +137,8 @@
 #include <zeltools/process/xcritical_section.h>
 #include <zeltools/process/xsingle_lock.h>
 #include <zeltools/process/xthread.h>
+#include <zeltools/tags/tag_data_types.h>
+#include <zeltools/tags/tag_value.h>
 #include <zeltools/ui/custom_menu.h>
 #include <zeltools/ui/custom_rich_edit_ctrl.h>
 #include <zeltools/ui/desktop.h>
