@@ -138,7 +138,11 @@
 #include <zeltools/process/xsingle_lock.h>
 #include <zeltools/process/xthread.h>
 #include <zeltools/tags/tag_data_types.h>
+#include <zeltools/tags/tag_id.h>
+#include <zeltools/tags/tag_info.h>
+#include <zeltools/tags/tag_parameters.h>
 #include <zeltools/tags/tag_value.h>
+#include <zeltools/tags/tags.h>
 #include <zeltools/ui/custom_menu.h>
 #include <zeltools/ui/custom_rich_edit_ctrl.h>
 #include <zeltools/ui/desktop.h>

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+// The expansion of a template. Each round reads one token, the run of characters up to the next "<" or ">", and asks
+// whether it is the inside of a tag:
+//
+//     Taken in <picture(createdate(d))>.
+//              ^ start                  ^ behind the token
+//
+// A tag is taken out from `start` on, and its value is put there and read next. A value may hold tags, may be only a
+// part of one that the text around it completes, and may open and close blocks; so the place of reading goes back and
+// forth, but only over what was just read or inserted.
+#include "zeltools/foundation/characters.h"
+#include "zeltools/foundation/log_file.h"
+#include "zeltools/foundation/stack.h"
+#include "zeltools/tags/tag_text_buffer_private.h"
+#include "zeltools/tags/tag_value.h"
+#include "zeltools/tags/tags.h"
+
+#include <climits>
+#include <optional>
+#include <string_view>
+
+namespace {
+
+/// A start in front of the text: the first token of a text that does not open with "<" is tried as a tag, too.
+constexpr int NoStart = -1;
+
+/// A block that is open: where the "<" of its marker stands, and whether it is to stay.
+struct IfInfo {
+    int start = NoStart;
+    bool keep = false;
+};
+
+/// The blocks that are open.
+class IfStack : public CStack<IfInfo> {
+public:
+    /// Keeps all of them. Those below `kept` are kept already, so that a deep nest of blocks costs each record once.
+    void KeepAll() {
+        kept = std::min(kept, top + 1);
+        for (; kept <= top; ++kept)
+            items[kept].keep = true;
+    }
+    void Pop() {
+        Drop();
+        kept = std::min(kept, top + 1);
+    }
+
+private:
+    int kept = 0;
+};
+
+/// What a value has inserted and is still to be read, by its distance to the end of the text.
+struct Region {
+    std::size_t end = 0;         ///< characters of the text behind it
+    unsigned int generation = 0; ///< 1 for the value of a tag of the template, 2 for that of a tag in such a value, ...
+};
+
+/// The values that are being read, each inside the one below it.
+class Regions {
+public:
+    /// The generation of what stands `distance` characters in front of the end of the text; 0 for the template.
+    unsigned int GenerationAt(std::size_t distance) {
+        DropReadUpTo(distance);
+        return stack && !stack->IsEmpty() ? stack->Top()->generation : 0;
+    }
+
+    /// A value with tags was inserted in front of the last `end` characters.
+    void Push(std::size_t end, unsigned int generation) {
+        DropReadUpTo(end);
+        if (!stack)
+            stack.emplace();
+        stack->Push(Region{end, generation});
+    }
+
+private:
+    void DropReadUpTo(std::size_t distance) {
+        while (stack && !stack->IsEmpty() && stack->Top()->end >= distance)
+            stack->Drop();
+    }
+
+    std::optional<CStack<Region>> stack; ///< made for the first value that has tags, which few have
+};
+
+constexpr std::u16string_view Opener = u"<tagifexist>";
+constexpr std::u16string_view Closer = u"</tagifexist>";
+constexpr std::u16string_view OtherCloser = u"<tagendifexist>";
+
+} // namespace
+
+/// The work of one call of ProcessText.
+class CTags::TextExpansion {
+public:
+    TextExpansion(CTags& owner, CTagContext const& about, CXTString<char16_t> const& text)
+        : tags(owner), context(about), limits(owner.textLimits),
+          buffer(text, static_cast<std::size_t>(text.GetLength())), originalLength(buffer.Length()) {}
+
+    /// Expands to the end, or until a limit is met.
+    /// @return the limit in words, or null.
+    char const* Run() {
+        while (more && !exceeded)
+            ReadToken();
+        return exceeded;
+    }
+
+    /// The text as it stands.
+    void GetText(CXTString<char16_t>& text) {
+        std::size_t const length = buffer.Length();
+        text.Assign(buffer.Join(), length);
+    }
+
+private:
+    /// What was read of the rest, delimiters in front of the token included.
+    struct Token {
+        int start;            ///< of the tag, were it one
+        std::size_t distance; ///< of the token's first character from the end of the text
+        std::size_t read;     ///< characters up to behind the delimiter
+        bool closed;          ///< whether a delimiter ended the token; the end of the text else
+    };
+
+    void ReadToken();
+    void ReadTag(Token const& token);
+    void CloseBlock(Token const& token);
+    void ReplaceTag(Token const& token, unsigned int generation);
+    void SetCandidate(char16_t const* text, std::size_t length);
+
+    /// Leaves the token in the text and goes on behind it.
+    void Keep(Token const& token) {
+        buffer.Advance(token.read);
+        more = token.closed;
+    }
+
+    /// Counts that the end of the text is taken up again, with so many characters to read anew.
+    /// @return whether that may be.
+    bool ReadAgain(std::size_t count) {
+        reread += count;
+        if (++resumed > limits.chain || reread > static_cast<std::size_t>(std::max(limits.length, 0)))
+            exceeded = "a tag or block that nothing closes";
+        return !exceeded;
+    }
+
+    CTags& tags;
+    CTagContext const& context;
+    TagTextLimits const limits;
+    detail::TagTextBuffer buffer;
+    std::size_t const originalLength;
+    IfStack blocks;
+    Regions values;
+    CXTString<char16_t> candidate;
+    CXTString<char16_t> parameters;
+    CTagInfo info;
+    CTagValue value; ///< one for all tags; the next one finds it as the last one left it
+    bool more = true;
+    char const* exceeded = nullptr;
+    unsigned int nested = 0;  ///< tags met in values
+    unsigned int resumed = 0; ///< how often the end was taken up again, and with how many characters
+    std::size_t reread = 0;
+};
+
+void CTags::TextExpansion::ReadToken() {
+    char16_t const* const rest = buffer.Rest();
+    std::size_t const length = buffer.RestLength();
+    auto const isDelimiter = [](char16_t unit) { return unit == u'<' || unit == u'>'; };
+    std::size_t first = 0;
+    while (first < length && isDelimiter(rest[first]))
+        ++first;
+    std::size_t last = first;
+    while (last < length && !isDelimiter(rest[last]))
+        ++last;
+    if (first == last) {
+        more = false;
+        return;
+    }
+    Token token{static_cast<int>(buffer.DoneLength()), length - first, last, last < length};
+    token.read += token.closed;
+    // What closed the token before may have been the "<" of this one.
+    if (rest[0] != u'<') {
+        if (token.start > 0 && buffer.LastDone() != u'<')
+            return Keep(token);
+        --token.start;
+    }
+    SetCandidate(rest + first, last - first);
+    ReadTag(token);
+}
+
+void CTags::TextExpansion::SetCandidate(char16_t const* text, std::size_t length) {
+    candidate.SetLength(length + 2);
+    char16_t* to = candidate.GetText();
+    *to++ = u'<';
+    for (std::size_t i = 0; i < length; ++i)
+        *to++ = detail::LowerAscii(text[i]);
+    *to = u'>'; // whatever delimiter it was
+}
+
+void CTags::TextExpansion::ReadTag(Token const& token) {
+    std::u16string_view const marker(candidate, static_cast<std::size_t>(candidate.GetLength()));
+    if (marker == Opener) {
+        blocks.Push(IfInfo{token.start, false});
+        return Keep(token);
+    }
+    // Without a block that is open, the first of the two is a tag like any other.
+    if (!blocks.IsEmpty() && (marker == Closer || marker == OtherCloser))
+        return CloseBlock(token);
+
+    CTagInfo const* const found = tags.FindTag(candidate, parameters);
+    if (!found)
+        return Keep(token);
+    unsigned int const generation = values.GenerationAt(token.distance);
+    if (generation > limits.chain)
+        exceeded = "a value that comes out of itself";
+    else if (generation > 0 && ++nested > limits.nested)
+        exceeded = "tags in values";
+    if (exceeded)
+        return;
+    // A copy, since a host may insert tags while it evaluates one.
+    info = *found;
+    info.parameters = parameters;
+    if (!tags.EvaluateTag(context, info, value))
+        return Keep(token);
+    ReplaceTag(token, generation);
+}
+
+void CTags::TextExpansion::CloseBlock(Token const& token) {
+    IfInfo const block = *blocks.Top();
+    if (block.keep) {
+        // A block stays with what is in it, so those around it stay too.
+        blocks.KeepAll();
+        blocks.Pop();
+        return Keep(token);
+    }
+    blocks.Pop();
+    if (block.start == NoStart) {
+        more = false;
+    } else if (token.closed) {
+        buffer.CutRest(token.read);
+        buffer.CutDone(static_cast<std::size_t>(block.start));
+    } else if (ReadAgain(buffer.Length() - static_cast<std::size_t>(block.start))) {
+        // Nothing is taken out, and the block is read from its beginning.
+        buffer.Rewind(static_cast<std::size_t>(block.start));
+    }
+}
+
+void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generation) {
+    CXTString<char16_t>& text = value.GetText();
+    if (!blocks.IsEmpty() && !text.IsEmpty())
+        blocks.Top()->keep = true;
+    if (token.start == NoStart) {
+        more = false;
+        return;
+    }
+    std::size_t const length = xStrLen(text);
+    std::size_t const longest = std::min(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)),
+                                         static_cast<std::size_t>(INT_MAX));
+    if (length > longest - std::min(longest, buffer.Length())) {
+        exceeded = "the length";
+        return;
+    }
+    std::size_t const start = static_cast<std::size_t>(token.start);
+    if (token.closed) {
+        buffer.CutRest(token.read);
+        buffer.CutDone(start);
+    } else if (ReadAgain(token.read)) {
+        // It stays, and is met again behind its value.
+        buffer.Rewind(start);
+    } else {
+        return;
+    }
+    std::size_t const behind = buffer.RestLength();
+    buffer.Insert(text, length);
+    if (xMemChr(static_cast<char16_t const*>(text), u'<', length))
+        values.Push(behind, generation + 1);
+}
+
+void CTags::ProcessText(CTagContext const& context, CXTString<char16_t>& text) {
+    if (context.kind != CTagContext::KindOfText || text.GetLength() <= 0)
+        return;
+    TextExpansion expansion(*this, context, text);
+    char const* const exceeded = expansion.Run();
+    expansion.GetText(text);
+    if (exceeded)
+        WriteToLogFile(u"A template was not expanded to its end, since it went beyond a limit: %hs.\n", exceeded);
+}
