@@ -143,6 +143,7 @@
 #include <zeltools/tags/tag_parameters.h>
 #include <zeltools/tags/tag_value.h>
 #include <zeltools/tags/tags.h>
+#include <zeltools/tags/xstring_match.h>
 #include <zeltools/ui/custom_menu.h>
 #include <zeltools/ui/custom_rich_edit_ctrl.h>
 #include <zeltools/ui/desktop.h>

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/tags/xstring_match.h"
+
+#include "tests/support/plain_string_match.h"
+#include "zeltools/foundation/log_file.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Text = CXTString<char16_t>;
+using Units = std::u16string;
+
+Text Make(Units const& units) {
+    return Text(units.data(), static_cast<int>(units.size()));
+}
+
+Units Repeat(std::size_t count, Units const& unit) {
+    Units text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += unit;
+    }
+    return text;
+}
+
+TEST(XStringMatch, AnswersExpressions) {
+    auto const any = CXStringMatch::ModeAnyWord;
+    auto const all = CXStringMatch::ModeAllWords;
+    auto const language = CXStringMatch::ModeExpression;
+    struct {
+        char16_t const* expression;
+        char16_t const* text;
+        bool isMatch;
+        CXStringMatch::Mode mode = CXStringMatch::ModeExpression;
+        bool caseSensitive = false;
+    } const rows[] = {
+        {u"", u"anything", true},
+        {u"  ", u"", true},
+        {u"table", u"", false},
+        {u"!table", u"", true},
+        {u"*", u" ", false}, // a text without words has nothing that a pattern could fit
+        {u"table leg", u"a leg of the table", true},
+        {u"table leg", u"a leg", false},
+        {u"table leg", u"a leg", true, any},
+        {u"table leg", u"a leg", false, all},
+        {u"table leg", u"a leg", false, static_cast<CXStringMatch::Mode>(0)},
+        {u"table (leg ^ drawer) !chair", u"table with a drawer", true},
+        {u"table (leg ^ drawer) !chair", u"table, chair and leg", false},
+        {u"table !leg", u"a table", true},
+        {u"a ^ b & c", u"a", false}, // from left to right: (a ^ b) & c
+        {u"a !(b c)", u"a b", true},
+        {u"a !(b c)", u"a b c", false},
+        {u"a ^ (b)", u"b", true}, // the blank in front of the group does not use the operator up
+        {u"a !\"b c\"", u"a b c", false},
+        {u"wood", u"Plywood", true},
+        {u"w?od", u"plywood", true},
+        {u"?ood", u"wooden", true}, // a wildcard holds only its own end
+        {u"?ood", u"plywood", false},
+        {u"woo?", u"plywood", true},
+        {u"woo?", u"wooden", false},
+        {u"w*d*n", u"a Wooden_box", true},
+        {u"w*d*n", u"wood en", false}, // never across words
+        {u"a*a", u"a", false},
+        {u"\\(x\\)", u"f(x)", true},
+        {u"a\\&b", u"a&b", true},
+        {u"a\\*b", u"a\\xb", true},      // no mark, so the \ stays and the star is one
+        {u"?file", u"my-xfile_z", true}, // the pieces of a word are words
+        {u"?file", u"myxfile", false},
+        {u"old_file", u"my-old_file", true},
+        {u"\"red table\"", u"a red table", true},
+        {u"\"red table\"", u"table red", false},
+        {u"\"red table\"", u"a Red table", false}, // the whole text keeps its case
+        {u"\"Red\"", u"RED", true},                // and its words do not
+        {u"\"a & b\"", u"an a & b", true},
+        {u"\"(a\"", u"(a", true},
+        {u"\"red table", u"red table", true}, // no end: to the end of the text
+        {u"x \"red table\"", u"red table", true, any},
+        {u"(leg ^ drawer", u"drawer", true},
+        {u"leg) drawer", u"leg", false},
+        {u"()", u"x", true},
+        {u"a (&)", u"a", true}, // an expression without operands matches everything
+        {u"a(b)", u"b", true, any},
+        {u"a&b", u"a", true, any},
+        {u"&a", u"x", true, any}, // the blank that was a mark brings an `or` in front of the first word
+        {u"A", u"a", false, language, true},
+        {u"x (A)", u"x a", true, language, true}, // a sub-expression does not regard case
+        {u"(A)", u"a", false, language, true},    // one word in parentheses is a word
+        {u"?B*", u"ab", true, language, true},    // nor does what stands in front of the first star
+        {u"\x00C9", u"\x00E9", false},            // only ASCII has case
+    };
+    for (auto const& row : rows) {
+        CXStringMatch match;
+        EXPECT_EQ(match.Match(row.expression, row.text, row.mode, row.caseSensitive), row.isMatch)
+            << testing::PrintToString(Units(row.expression)) << testing::PrintToString(Units(row.text));
+        EXPECT_TRUE(match.PrepareMatch(row.expression, row.mode, row.caseSensitive));
+    }
+}
+
+/// The operations as `+*table*+leg ^ drawer-*chair*`: the operator, the pattern, and a group between parentheses.
+Units Listed(CXStringMatch const& match) {
+    Units text;
+    for (CXStringMatch::WordOperation const& operation : match.GetOperations()) {
+        text += u"?|+-"[operation.wordOperator];
+        Units const expression(static_cast<char16_t const*>(operation.expression));
+        text += operation.isExpression ? u"(" + expression + u")" : expression;
+    }
+    return text;
+}
+
+TEST(XStringMatch, CutsAnExpressionIntoOperations) {
+    struct {
+        char16_t const* expression;
+        char16_t const* operations;
+        CXStringMatch::Mode mode = CXStringMatch::ModeExpression;
+    } const rows[] = {
+        {u"wood", u"+*wood*"},
+        {u"wo* *wood w?? ?", u"+*wo*+*wood*+*w??+?"},
+        {u"a b^c!d", u"+*a*+*b*|*c*-*d*"},
+        {u"Table (Leg ^ drawer) !chair", u"+*table*+(& leg ^ drawer)-*chair*"},
+        {u"(a) b", u"+*a*+*b*"},
+        {u"((a) b", u"+((a)  & b)"},
+        {u"a ^", u"+*a*"},
+        {u"a ^ & b", u"+*a*+*b*"},
+        {u"\"a  b\"c", u"+*a  b*+*c*"},
+        {u"\"a (b", u"+*a (b*"},
+        {u"a \"b c\" d", u"+*a*|*b c*|*d*", CXStringMatch::ModeAnyWord},
+        {u"a(b)", u"+*a*|*b*", CXStringMatch::ModeAnyWord},
+        {u"a^b)", u"+*a*+*b*", CXStringMatch::ModeAllWords},
+        {u"\\\\(a", u"+*\\(a*"},
+        {u"\t\x3000 a\n", u"+*a*"},
+    };
+    for (auto const& row : rows) {
+        CXStringMatch match;
+        ASSERT_TRUE(match.PrepareMatch(row.expression, row.mode));
+        EXPECT_EQ(Listed(match), row.operations) << testing::PrintToString(Units(row.expression));
+    }
+    EXPECT_EQ(CXStringMatch::hashChar.GetCount(), 6U);
+}
+
+/// The operations that a host's own class builds on.
+struct Opened : CXStringMatch {
+    using CXStringMatch::AddExpression;
+    using CXStringMatch::ExtractTextWords;
+    using CXStringMatch::ExtractWords;
+    using CXStringMatch::InternalMatch;
+    using CXStringMatch::IsChar;
+    using CXStringMatch::MatchWord;
+    using CXStringMatch::RemoveSpecialChar;
+    using CXStringMatch::ShouldRecurse;
+};
+
+TEST(XStringMatch, GivesItsStepsToASubclass) {
+    Opened match;
+    Text text(u"a\\(b ^ c) (d");
+    EXPECT_TRUE(match.ExtractWords(text));
+    EXPECT_EQ(Listed(match), u"+*a(b*|*c*+*d*");
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_FALSE(match.AddExpression(u" \t", CXStringMatch::OperatorNot));
+    EXPECT_TRUE(match.AddExpression(u"E (F)", CXStringMatch::OperatorNot));
+
+    CXStringMatch::Texts words;
+    words.Add(u"xA(b c");
+    words.Add(u"D E");
+    EXPECT_FALSE(match.InternalMatch(words, CXStringMatch::ModeExpression)); // words as they stand: no "d"
+    EXPECT_FALSE(match.GetOperations()[3].result);
+    words.Add(u"dEF");
+    words.Add(u"c");
+    EXPECT_FALSE(match.InternalMatch(words, CXStringMatch::ModeExpression));
+    EXPECT_TRUE(match.GetOperations()[1].result);
+    EXPECT_TRUE(match.GetOperations()[3].result); // a sub-expression lowers them and cuts them at blanks
+
+    EXPECT_TRUE(match.MatchWord(u"DE*", words));
+    EXPECT_FALSE(match.MatchWord(u"*de*", words));
+    EXPECT_FALSE(match.MatchWord(u"*", CXStringMatch::Texts()));
+    EXPECT_TRUE(match.ShouldRecurse(u"a\\&b!"));
+    EXPECT_FALSE(match.ShouldRecurse(u"a\\&b*?"));
+    EXPECT_TRUE(match.IsChar(u"ab", 'b', 1));
+    EXPECT_FALSE(match.IsChar(u"ab", 'b', 2) || match.IsChar(u"ab", 'a', -1) || match.IsChar(u"ab", 'a', 1));
+    Text marks(u"(a\\^\"b)");
+    match.RemoveSpecialChar(marks, u'"');
+    EXPECT_EQ(marks, u" a\\^\"b)"); // the last one stays
+
+    ASSERT_TRUE(match.PrepareMatch(u"\"x\""));
+    CXStringMatch::Texts texts;
+    texts.Add(u"");
+    texts.Add(u"My-old_file  b");
+    words.RemoveAll();
+    match.ExtractTextWords(texts, words);
+    char16_t const* const wanted[] = {u"My-old_file  b", u"my-old_file", u"my", u"old", u"file", u"b"};
+    ASSERT_EQ(words.GetSize(), 6);
+    for (int index = 0; index < 6; ++index) {
+        EXPECT_EQ(words[index], wanted[index]);
+    }
+}
+
+TEST(XStringMatch, TakesSeveralTextsTogetherAndCopiesItself) {
+    CXStringMatch match;
+    CXStringMatch::Texts texts;
+    texts.Add(u"a Table");
+    texts.Add(u"LEG");
+    EXPECT_TRUE(match.Match(u"table (leg)", texts));
+    CXStringMatch copy(match);
+    CXStringMatch moved(std::move(match));
+    EXPECT_TRUE(copy.Match(texts) && moved.Match(texts));
+    EXPECT_FALSE(copy.Match(u"a table") || moved.Match(u"a table"));
+    match = copy; // what was moved from is good for use again
+    EXPECT_FALSE(match.Match(u"a table"));
+}
+
+TEST(XStringMatch, AgreesWithThePlainForm) {
+    unsigned int const seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    auto const pick = [&random](Units const& alphabet, unsigned int most) {
+        Units text;
+        for (auto count = random() % most; count > 0; --count) {
+            text += alphabet[random() % alphabet.size()];
+        }
+        return text;
+    };
+    int matches = 0;
+    constexpr int rounds = 20000;
+    for (int round = 0; round < rounds; ++round) {
+        Units const expression = pick(round % 2 ? u"aabB  *?-\"\\()&^!" : u"abAB c  ()()^!\"", 24);
+        std::vector<Units> const texts = {pick(u"aabbAB -_ (", 14), pick(u"abc ABC\"&\t", 10)};
+        auto const mode = static_cast<int>(random() % 4);
+        bool const caseSensitive = random() % 2;
+        support::PlainStringMatch plain;
+        plain.Prepare(expression, mode, caseSensitive);
+        CXStringMatch match;
+        CXStringMatch::Texts list;
+        list.Add(Make(texts[0]));
+        list.Add(Make(texts[1]));
+        bool const expected = plain.Match(texts);
+        matches += expected;
+        ASSERT_EQ(match.Match(Make(expression), list, static_cast<CXStringMatch::Mode>(mode), caseSensitive), expected)
+            << testing::PrintToString(expression) << testing::PrintToString(texts) << mode << caseSensitive;
+    }
+    EXPECT_GT(matches, rounds / 10);
+    EXPECT_LT(matches, rounds * 9 / 10);
+}
+
+TEST(XStringMatch, AgreesWithThePlainFormOnLongPieces) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 300; ++round) {
+        // Pieces beyond 16 and beyond 64 units in texts that nearly have them.
+        Units piece;
+        for (auto count = 10 + random() % 150; count > 0; --count) {
+            piece += random() % 8 ? u'a' : u"b?"[random() % 2];
+        }
+        Units text;
+        while (text.size() < 3000) {
+            Units part = piece.substr(0, random() % (piece.size() + 1));
+            for (char16_t& unit : part) {
+                unit = unit == u'?' ? u'a' : unit;
+            }
+            text += part + (random() % 2 ? u"" : u"a");
+        }
+        Units const pattern = u"*" + piece + u"*" + piece.substr(0, random() % 40) + u"b*";
+        CXStringMatch match;
+        ASSERT_EQ(match.Match(Make(pattern), Make(text)), support::PlainStringMatch::MatchWord(pattern, text))
+            << testing::PrintToString(pattern) << testing::PrintToString(text);
+    }
+}
+
+// Every row took the product of the two lengths, or an exponential time, if it were done as it is told. The limit is
+// far above what a slow machine needs, and far below that.
+TEST(XStringMatch, TakesLinearTimeForHostileExpressions) {
+    constexpr std::size_t many = 1 << 15;
+    Units const text = Repeat(4 * many, u"a");
+    struct {
+        char const* name;
+        Units expression;
+        bool isMatch;
+    } const rows[] = {
+        {"plain piece", Repeat(many, u"a") + u"b", false},
+        {"piece with ?", Repeat(200, u"a?") + u"b", false},
+        {"many stars", Repeat(many, u"*a") + u"b", false},
+        {"only stars", Repeat(2 * many, u"*"), true},
+        {"star question", Repeat(many, u"*?"), true},
+        {"deep groups", Repeat(many, u"(") + u"a ^ b", true},
+        {"deep groups, closed", Repeat(many, u"(!") + u"b" + Repeat(many, u")"), false}, // as often as not
+        {"groups in a row", Repeat(many / 8, u"(a ^ b) "), true},
+        {"stray ends", Repeat(2 * many, u")"), true},
+        {"quotes", Repeat(many, u"\"") + u"a", true},
+        {"operators", Repeat(many, u"^ "), true},
+        {"escapes", Repeat(many, u"\\(") + u"b", false},
+    };
+    for (auto const& row : rows) {
+        auto const start = std::chrono::steady_clock::now();
+        CXStringMatch match;
+        EXPECT_EQ(match.Match(Make(row.expression), Make(text)), row.isMatch) << row.name;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << row.name;
+    }
+}
+
+TEST(XStringMatch, RefusesAnExpressionWithoutEnd) {
+    static int lines = 0;
+    SetLogCallback([](unsigned int, Text line, bool, void*) { lines += line.Find(u"Search: ") == 0; }, nullptr);
+    CXStringMatch match;
+    Units const longest(CXStringMatch::MaxExpressionLength, u' ');
+    EXPECT_TRUE(match.PrepareMatch(Make(longest)));
+    EXPECT_TRUE(match.Match(u"a"));
+    EXPECT_FALSE(match.PrepareMatch(Make(longest + u"a")));
+    EXPECT_FALSE(match.Match(u"a")); // what was asked for is unknown, so nothing answers
+    EXPECT_FALSE(match.Match(Make(longest + u"a"), u"a"));
+    EXPECT_EQ(lines, 2);
+    EXPECT_TRUE(match.Match(u"a", u"a"));
+    SetLogCallback(nullptr, nullptr);
+}
+
+} // namespace

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/foundation/character_scan_private.h"
+#include "zeltools/tags/piece_search_private.h"
+
+#include <algorithm>
+
+namespace detail {
+
+namespace {
+
+/// A shorter piece is compared at most so often at each place: no second search is worth its tables.
+constexpr std::size_t ShortPiece = 16;
+
+/// So many comparisons for each unit passed are nothing out of the ordinary.
+constexpr std::size_t ComparisonsPerUnit = 4;
+constexpr std::size_t FreeComparisons = 256;
+
+constexpr std::size_t PlacesPerChunk = 64;
+
+using Target = ScanTarget<char16_t, ScanCase::Exact>;
+
+bool IsPlainUnit(char16_t unit) {
+    return unit != u'?';
+}
+
+} // namespace
+
+PieceSearch::Chunk::Chunk(std::u16string_view text) : last(std::uint64_t(1) << (text.size() - 1)) {
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        std::uint64_t const bit = std::uint64_t(1) << place;
+        if (!IsPlainUnit(text[place])) {
+            any |= bit;
+            continue;
+        }
+        std::size_t slot = text[place] % Slots;
+        while (places[slot] != 0 && units[slot] != text[place]) {
+            slot = (slot + 1) % Slots;
+        }
+        units[slot] = text[place];
+        places[slot] |= bit;
+    }
+}
+
+std::uint64_t PieceSearch::Chunk::PlacesOf(char16_t unit) const {
+    for (std::size_t slot = unit % Slots; places[slot] != 0; slot = (slot + 1) % Slots) {
+        if (units[slot] == unit) {
+            return places[slot] | any;
+        }
+    }
+    return any;
+}
+
+PieceSearch::PieceSearch(std::u16string_view text)
+    : piece(text), isPlain(std::all_of(text.begin(), text.end(), IsPlainUnit)), anchor(NotFound) {
+    for (std::size_t place = 0; place < piece.size() && !anchorIsPair; ++place) {
+        bool const isPair = place + 1 < piece.size() && IsPlainUnit(piece[place]) && IsPlainUnit(piece[place + 1]);
+        if (isPair || (anchor == NotFound && IsPlainUnit(piece[place]))) {
+            anchor = place;
+            anchorIsPair = isPair;
+        }
+    }
+    if (piece.size() <= ShortPiece) {
+        return;
+    }
+    if (!isPlain) {
+        for (std::size_t place = 0; place < piece.size(); place += PlacesPerChunk) {
+            chunks.emplace_back(std::u16string_view(piece).substr(place, PlacesPerChunk));
+        }
+        return;
+    }
+    borders.resize(piece.size());
+    for (unsigned int place = 1, border = 0; place < piece.size(); ++place) {
+        while (border != 0 && piece[place] != piece[border]) {
+            border = borders[border - 1];
+        }
+        border += piece[place] == piece[border] ? 1 : 0;
+        borders[place] = border;
+    }
+}
+
+std::size_t PieceSearch::Find(std::u16string_view text, std::size_t from) const {
+    if (text.size() < piece.size() || from > text.size() - piece.size()) {
+        return NotFound;
+    }
+    if (anchor == NotFound) {
+        return from;
+    }
+    // Only where the whole piece has room is its anchor of any use.
+    std::u16string_view const anchors = text.substr(0, text.size() - piece.size() + anchor + (anchorIsPair ? 2 : 1));
+    std::size_t const begin = from;
+    for (std::size_t comparisons = 0;;) {
+        std::size_t const found = ScanForAnchor(anchors, from + anchor);
+        if (found == NotFound) {
+            return NotFound;
+        }
+        std::size_t const start = found - anchor;
+        std::size_t const fitting = CountFitting(text.data() + start);
+        if (fitting == piece.size()) {
+            return start;
+        }
+        from = start + 1;
+        comparisons += fitting;
+        if (piece.size() > ShortPiece && comparisons > FreeComparisons + ComparisonsPerUnit * (from - begin)) {
+            return isPlain ? FindByPrefixes(text, from) : FindByBits(text, from);
+        }
+        if (from > text.size() - piece.size()) {
+            return NotFound;
+        }
+    }
+}
+
+std::size_t PieceSearch::ScanForAnchor(std::u16string_view text, std::size_t from) const {
+    Target const first(piece[anchor]);
+    return anchorIsPair ? ScanForPair(text.data(), text.size(), from, first, Target(piece[anchor + 1]))
+                        : ScanFor(text.data(), text.size(), from, first);
+}
+
+std::size_t PieceSearch::CountFitting(char16_t const* text) const {
+    std::size_t place = 0;
+    while (place < piece.size() && (piece[place] == text[place] || !IsPlainUnit(piece[place]))) {
+        ++place;
+    }
+    return place;
+}
+
+std::size_t PieceSearch::FindByPrefixes(std::u16string_view text, std::size_t from) const {
+    std::size_t fitting = 0;
+    for (std::size_t at = from; at < text.size(); ++at) {
+        while (fitting != 0 && piece[fitting] != text[at]) {
+            fitting = borders[fitting - 1];
+        }
+        fitting += piece[fitting] == text[at] ? 1 : 0;
+        if (fitting == piece.size()) {
+            return at + 1 - piece.size();
+        }
+    }
+    return NotFound;
+}
+
+std::size_t PieceSearch::FindByBits(std::u16string_view text, std::size_t from) const {
+    // A bit of reached[i] says that the piece up to this place of chunk i fits and ends at the unit just passed.
+    std::vector<std::uint64_t> reached(chunks.size());
+    for (std::size_t at = from; at < text.size(); ++at) {
+        std::uint64_t enter = 1; // an attempt may begin at every unit
+        for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk) {
+            std::uint64_t const leave = (reached[chunk] & chunks[chunk].last) != 0 ? 1 : 0;
+            std::uint64_t const next = reached[chunk] << 1 | enter;
+            reached[chunk] = next != 0 ? next & chunks[chunk].PlacesOf(text[at]) : 0;
+            enter = leave;
+        }
+        if ((reached.back() & chunks.back().last) != 0) {
+            return at + 1 - piece.size();
+        }
+    }
+    return NotFound;
+}
+
+} // namespace detail

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// The marks of a search expression, and the steps on its text that the top level and the groups have in common.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace detail {
+
+inline constexpr char16_t SearchSpecialCharacters[] = {u'(', u')', u'"', u'&', u'^', u'!'};
+
+inline bool IsSearchSpecial(char16_t unit) {
+    return unit == u'(' || unit == u')' || unit == u'"' || unit == u'&' || unit == u'^' || unit == u'!';
+}
+
+/// Whether a `\` stands in front of a place.
+inline bool IsEscaped(std::u16string_view text, std::size_t place) {
+    return place > 0 && text[place - 1] == u'\\';
+}
+
+/// The first special character from a place on that is not escaped; npos for none.
+std::size_t FindSearchMark(std::u16string_view text, std::size_t from);
+
+/// Without the white space at both ends.
+std::u16string_view TrimmedView(std::u16string_view text);
+
+/// The text with ASCII letters lowered, from `text` into a place with room for as many units.
+void LowerAsciiUnits(char16_t* target, std::u16string_view text);
+
+/// Puts the operator in front of each word that follows another one without an operator between them, and a `\` in
+/// front of each special character inside quotes. A text that has been through this comes out of it as it is.
+std::u16string WithImpliedOperators(std::u16string_view text, std::u16string_view impliedOperator);
+
+/// The pattern of a word without marks: no `\` in front of special characters, and a `*` at each end where no wildcard
+/// stands.
+std::u16string PatternOfWord(std::u16string_view word);
+
+} // namespace detail

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/foundation/character_scan_private.h"
+#include "zeltools/tags/wildcard_pattern_private.h"
+
+#include <algorithm>
+
+namespace detail {
+
+namespace {
+
+using Target = ScanTarget<char16_t, ScanCase::Exact>;
+
+bool FitsHead(std::u16string_view head, char16_t const* word) {
+    return std::equal(head.begin(), head.end(), word, [](char16_t wanted, char16_t unit) {
+        return wanted == u'?' || UpperAscii(wanted) == UpperAscii(unit);
+    });
+}
+
+bool FitsTail(std::u16string_view tail, char16_t const* word) {
+    return std::equal(tail.begin(), tail.end(), word,
+                      [](char16_t wanted, char16_t unit) { return wanted == u'?' || wanted == unit; });
+}
+
+/// Calls `test` with what stands between separators, empty stretches left out, until it answers true.
+template <class IsSeparator, class Test>
+bool AnyBetween(std::u16string_view text, IsSeparator isSeparator, Test test) {
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = begin;
+        while (end < text.size() && !isSeparator(text[end])) {
+            ++end;
+        }
+        if (end > begin && test(text.substr(begin, end - begin))) {
+            return true;
+        }
+        begin = end + 1;
+    }
+    return false;
+}
+
+} // namespace
+
+WildcardPattern::WildcardPattern(std::u16string_view pattern) : hasBlank(pattern.find(u' ') != pattern.npos) {
+    std::size_t star = pattern.find(u'*');
+    hasStar = star != pattern.npos;
+    head = pattern.substr(0, star);
+    while (hasStar) {
+        std::size_t const next = pattern.find(u'*', star + 1);
+        if (next == pattern.npos) {
+            tail = pattern.substr(star + 1);
+            break;
+        }
+        if (next > star + 1) {
+            pieces.emplace_back(pattern.substr(star + 1, next - star - 1));
+        }
+        star = next;
+    }
+    isAnchored = !hasStar || !head.empty() || !tail.empty();
+    isContained = !isAnchored && pieces.size() == 1 && pieces[0].IsPlain();
+}
+
+bool WildcardPattern::Fits(std::u16string_view word) const {
+    if (word.size() < head.size() + tail.size() || (!hasStar && word.size() != head.size()) ||
+        !FitsHead(head, word.data()) || !FitsTail(tail, word.data() + word.size() - tail.size())) {
+        return false;
+    }
+    word.remove_suffix(tail.size());
+    std::size_t from = head.size();
+    for (PieceSearch const& piece : pieces) {
+        from = piece.Find(word, from);
+        if (from == NotFound) {
+            return false;
+        }
+        from += piece.Length();
+    }
+    return true;
+}
+
+bool WildcardPattern::FitsAny(SearchedWords const& searched) const {
+    return std::any_of(searched.texts.begin(), searched.texts.end(),
+                       [this](std::u16string_view text) { return FitsAnyWordOf(text); }) ||
+           std::any_of(searched.words.begin(), searched.words.end(),
+                       [this](std::u16string_view word) { return Fits(word); });
+}
+
+bool WildcardPattern::FitsAnyWordOf(std::u16string_view text) const {
+    if (hasBlank) {
+        return false;
+    }
+    // What has no blank lies inside one word wherever it stands. This is what people search for most.
+    if (isContained) {
+        return pieces[0].Find(text, 0) != NotFound;
+    }
+    auto const isBlank = [](char16_t unit) { return unit == u' '; };
+    return AnyBetween(text, isBlank, [this](std::u16string_view word) { return Fits(word) || FitsPieceOf(word); });
+}
+
+bool WildcardPattern::FitsPieceOf(std::u16string_view word) const {
+    if (!isAnchored) {
+        return false; // it would have fitted the word itself
+    }
+    auto const isJoint = [](char16_t unit) { return unit == u'-' || unit == u'_'; };
+    return AnyBetween(word, isJoint,
+                      [this, word](std::u16string_view piece) { return piece.size() != word.size() && Fits(piece); });
+}
+
+} // namespace detail
