@@ -2,9 +2,11 @@
 #include "tests/support/literal_expansion.h"
 #include "tests/support/printers.h"
 #include "tests/tags/table_tags.h"
+#include "zeltools/foundation/log_file.h"
 
 #include <gtest/gtest.h>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -53,6 +55,247 @@ TEST_F(TagsText, ReplacesTags) {
     };
     for (Row const& row : rows)
         Check(row);
+}
+
+TEST_F(TagsText, KeepsABlockWithATextAndTakesOutOneWithout) {
+    Row const rows[] = {
+        {"EmptyValue", u"1<tagifexist>a<e></tagifexist>2", u"12"},
+        {"NoTag", u"1<tagifexist>abc</tagifexist>2", u"12"},
+        {"RefusedTag", u"<tagifexist><no></tagifexist>", u""},
+        {"MarkersOfAKeptBlockStay", u"<TagIfExist>a<x></TagIfExist>", u"<TagIfExist>ab</TagIfExist>"},
+        {"OtherCloser", u"<tagifexist><e><tagendifexist><tagifexist><x><tagendifexist>",
+         u"<tagifexist>b<tagendifexist>"},
+        {"InnerKeepsOuter", u"<tagifexist>1<tagifexist>2<tagifexist><x></tagifexist></tagifexist></tagifexist>",
+         u"<tagifexist>1<tagifexist>2<tagifexist>b</tagifexist></tagifexist></tagifexist>"},
+        {"InnerGoesAlone", u"<tagifexist>1<tagifexist>2</tagifexist>3<x></tagifexist>",
+         u"<tagifexist>13b</tagifexist>"},
+        {"OuterOfAnEmptyInnerGoes", u"0<tagifexist>1<tagifexist>2</tagifexist>3<e></tagifexist>4", u"04"},
+        {"OpenBlockStays", u"<tagifexist>a<e>", u"<tagifexist>a"},
+        {"CloserAlone", u"</tagifexist><tagendifexist><x>", u"</tagifexist><tagendifexist>b"},
+        {"OpenerWithoutBracketEndsAll", u"tagifexist>a</tagifexist><x>", u"tagifexist>a</tagifexist><x>"},
+        // The tag takes the bracket that ended the marker before it, and the block goes with what is left of it.
+        {"OpenerWithoutItsEnd", u"<tagifexist<e></tagifexist>2", u"2"},
+    };
+    for (Row const& row : rows)
+        Check(row);
+}
+
+TEST_F(TagsText, AnswersACloserThatNoBlockAwaits) {
+    std::u16string evaluated;
+    tags.Add(u"</tagifexist>", [&](CTagInfo const& info, CTagValue& value) {
+        evaluated = info.GetTagName();
+        value.SetText(u"end");
+        return true;
+    });
+    EXPECT_EQ(tags.Expand(u"1</tagifexist>2"), u"1end2");
+    EXPECT_EQ(evaluated, u"</tagifexist>");
+}
+
+TEST_F(TagsText, OneValueServesAllTags) {
+    tags.Add(u"<same>", [](CTagInfo const&, CTagValue&) { return true; });
+    EXPECT_EQ(tags.Expand(u"<same>, <x>, <same>"), u", b, b");
+    tags.Add(u"<zero>", [](CTagInfo const&, CTagValue& value) {
+        value.SetText(u"abc");
+        value.GetText().SetAt(1, u'\0');
+        return true;
+    });
+    EXPECT_EQ(tags.Expand(u" <zero>"), u" a") << "a text operand counts up to its first zero";
+}
+
+TEST_F(TagsText, AnotherKindLeavesTheText) {
+    CTags::CTagContext context;
+    context.kind = 2;
+    CXTString<char16_t> text(u"<x>");
+    tags.ProcessText(context, text);
+    EXPECT_EQ(text, u"<x>");
+}
+
+TEST_F(TagsText, AHostMayChangeTheTagsAndExpandAnotherTextMeanwhile) {
+    tags.Add(u"<busy>", [this](CTagInfo const& info, CTagValue& value) {
+        for (unsigned int i = 0; i < 100; ++i)
+            tags.InsertTag(CXTString<char16_t>(static_cast<char16_t>(u'A' + i), 1), TAGDATA_TEXT, 1, i, "", 0, nullptr,
+                           nullptr);
+        CXTString<char16_t> text(u"<outer>");
+        tags.ProcessText(CTags::CTagContext(), text);
+        value.SetText(info.GetTagName() + text);
+        value.GetText().Remove(u'<');
+        return true;
+    });
+    EXPECT_EQ(tags.Expand(u"1<busy>2"), u"1busy>[b]2");
+}
+
+TEST_F(TagsText, AFailureLeavesTheText) {
+    tags.Add(u"<throw>", [](CTagInfo const&, CTagValue&) -> bool { throw 1; });
+    CXTString<char16_t> text(u"<x><throw>");
+    EXPECT_THROW(tags.ProcessText(CTags::CTagContext(), text), int);
+    EXPECT_EQ(text, u"<x><throw>");
+}
+
+// ---- What would run for ever ---------------------------------------------------------------------------------------
+
+class TagsTextLimits : public TagsText {
+protected:
+    TagsTextLimits() {
+        lines.clear();
+        SetLogCallback([](unsigned int, CXTString<char16_t> text, bool, void*) { lines.push_back(text); }, nullptr);
+        // Holds its own tag as often as `left` says.
+        tags.Add(u"<count>", [this](CTagInfo const&, CTagValue& value) {
+            value.SetText(left > 0 ? u".<count>" : u"end");
+            left -= left > 0;
+            return true;
+        });
+    }
+    ~TagsTextLimits() override { SetLogCallback(nullptr, nullptr); }
+    /// The text in full, and whether the log has a line.
+    void Expect(char16_t const* text, std::u16string const& expanded, bool stopped) {
+        lines.clear();
+        EXPECT_EQ(tags.Expand(text), expanded);
+        EXPECT_EQ(lines.size(), stopped ? 1u : 0u);
+    }
+    void SetLimits(unsigned int chain, unsigned int nested, int length) {
+        tags.SetTextLimits(TagTextLimits{chain, nested, length});
+    }
+    unsigned int left = 0;
+    static inline std::vector<CXTString<char16_t>> lines;
+};
+
+TEST_F(TagsTextLimits, ChainOfValues) {
+    SetLimits(100, 1000, 1000);
+    left = 100;
+    Expect(u"<count>", std::u16string(100, u'.') + u"end", false);
+    left = 101;
+    Expect(u"<count>", std::u16string(101, u'.') + u"<count>", true);
+    EXPECT_NE(lines[0].Find(u"comes out of itself"), -1) << "the log says what stopped it";
+    // The second tag of the template begins a chain of its own, and so does what follows a value.
+    left = 100;
+    Expect(u"<count>;<count>", std::u16string(100, u'.') + u"end;end", false);
+
+    tags.SetTextLimits({});
+    left = 50'000;
+    Expect(u"<count>", std::u16string(50'000, u'.') + u"end", false);
+    tags.Add(u"<self>", u"<self>");
+    Expect(u"1<self>2", u"1<self>2", true);
+    EXPECT_EQ(tags.evaluations, 100'001u);
+}
+
+TEST_F(TagsTextLimits, TagsInValues) {
+    tags.Add(u"<a>", u"<b><b>");
+    tags.Add(u"<b>", u"<x>");
+    SetLimits(10, 4, 1000);
+    Expect(u"0<a><x><x><x>", u"0bbbbb", false);
+    SetLimits(10, 3, 1000);
+    Expect(u"0<a><x>", u"0b<x><x>", true);
+}
+
+TEST_F(TagsTextLimits, Length) {
+    tags.Add(u"<long>", u"0123456789");
+    SetLimits(10, 10, 4); // "<long>" is six of the ten
+    Expect(u"a<long>", u"a0123456789", false);
+    SetLimits(10, 10, 3);
+    Expect(u"a<long>", u"a<long>", true);
+
+    std::u16string text = u"ab<double>";
+    tags.Add(u"<double>", [&](CTagInfo const&, CTagValue& value) {
+        text = text.substr(0, text.size() - 8) + text;
+        value.SetText(text.c_str());
+        return true;
+    });
+    SetLimits(1000, 1000, 1 << 20);
+    std::u16string const expanded = tags.Expand(u"<double>");
+    EXPECT_GT(expanded.size(), 1u << 19);
+    EXPECT_LE(expanded.size(), 8u + (1 << 20));
+    EXPECT_EQ(lines.size(), 2u);
+}
+
+TEST_F(TagsTextLimits, TagAtTheEndThatNothingCloses) {
+    SetLimits(5, 1000, 1000);
+    Expect(u"a<x", u"abbbbb<x", true);
+    unsigned int calls = 0;
+    tags.Add(u"<thrice>", [&](CTagInfo const&, CTagValue& value) {
+        value.SetText(u"t");
+        return ++calls <= 3;
+    });
+    Expect(u"a<thrice", u"attt<thrice", false);
+    // Long parameters are read anew each time.
+    SetLimits(1000, 1000, 100);
+    tags.Add(u"<none>", [](CTagInfo const&, CTagValue&) { return true; });
+    Expect(u"<none(0123456789012345678901234567890123456789", u"<none(0123456789012345678901234567890123456789", true);
+    EXPECT_EQ(tags.evaluations, 3u);
+}
+
+TEST_F(TagsTextLimits, BlockAtTheEndThatNothingCloses) {
+    Expect(u"1<tagifexist>a<e>b</tagifexist", u"1<tagifexist>ab</tagifexist", true);
+    EXPECT_EQ(tags.evaluations, 1u) << "no pass without a tag is worth another";
+    unsigned int calls = 0;
+    tags.Add(u"<late>", [&](CTagInfo const&, CTagValue& value) {
+        value.SetText(u"v");
+        return ++calls > 4;
+    });
+    Expect(u"<tagifexist><late></tagifexist", u"<tagifexist>v</tagifexist", false);
+    calls = 0;
+    SetLimits(3, 1000, 1000);
+    Expect(u"<tagifexist><late></tagifexist", u"<tagifexist><late></tagifexist", true);
+    // A removal may bring two halves of a tag together, which the next pass finds.
+    Expect(u"<tagifexist><na<tagifexist></tagifexist>me></tagifexist", u"<tagifexist>name</tagifexist", false);
+}
+
+TEST_F(TagsTextLimits, LongTextsAreLinear) {
+    auto const times = [](std::u16string const& text, int count) {
+        std::u16string all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    int const count = 100'000;
+    std::u16string const filler(100, u'.');
+    EXPECT_EQ(tags.Expand(times(filler + u"<x>", count)), times(filler + u"b", count));
+    EXPECT_EQ(tags.Expand(times(u"<tagifexist>", count) + u"a" + times(u"</tagifexist>", count)), u"");
+    std::u16string const kept = times(u"<tagifexist>", count) + u"<x>" + times(u"</tagifexist>", count);
+    EXPECT_EQ(tags.Expand(kept).size(), kept.size() - 2);
+    EXPECT_EQ(tags.Expand(u"<name" + times(u"(", count) + times(u")", count) + u">").size(), 4u + 2 * count);
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(TagsTextLimits, GiveWhatTheStepsGiveOneByOne) {
+    tags.Add(u"<half>", u"x><");
+    tags.Add(u"<block>", u"<tagifexist>q");
+    tags.Add(u"<done>", u"z</tagifexist>");
+    char16_t const* const pieces[] = {u"<",
+                                      u">",
+                                      u"<x>",
+                                      u"<e>",
+                                      u"<no>",
+                                      u"<half>",
+                                      u"<outer>",
+                                      u"<open>",
+                                      u"me>",
+                                      u"x",
+                                      u"a",
+                                      u"<tagifexist>",
+                                      u"</tagifexist>",
+                                      u"<tagendifexist>",
+                                      u"<block>",
+                                      u"<done>",
+                                      u"<name(",
+                                      u"ext",
+                                      u")",
+                                      u" "};
+    std::mt19937 random(5);
+    int ended = 0;
+    SetLimits(50, 500, 10'000);
+    for (int i = 0; i < 20'000; ++i) {
+        std::u16string text;
+        for (auto n = random() % 12; n > 0; --n)
+            text += pieces[random() % std::size(pieces)];
+        CXTString<char16_t> expected(text.c_str());
+        std::u16string const expanded = tags.Expand(text);
+        if (support::ExpandLiterally(tags, CTags::CTagContext(), expected, 40)) {
+            ASSERT_EQ(CXTString<char16_t>(expanded.c_str()), expected)
+                << testing::PrintToString(CXTString<char16_t>(text.c_str()));
+            ++ended;
+        }
+    }
+    EXPECT_GT(ended, 15'000);
 }
 
 } // namespace

@@ -84,6 +84,12 @@ constexpr std::u16string_view Opener = u"<tagifexist>";
 constexpr std::u16string_view Closer = u"</tagifexist>";
 constexpr std::u16string_view OtherCloser = u"<tagendifexist>";
 
+// What stopped an expansion, for the log.
+constexpr char const* NeverClosed = "a tag or block that nothing closes";
+constexpr char const* OwnTag = "a value that comes out of itself";
+constexpr char const* TooManyNested = "tags in values";
+constexpr char const* TooLong = "the length";
+
 } // namespace
 
 /// The work of one call of ProcessText.
@@ -133,7 +139,7 @@ private:
     bool ReadAgain(std::size_t count) {
         reread += count;
         if (++resumed > limits.chain || reread > static_cast<std::size_t>(std::max(limits.length, 0)))
-            exceeded = "a tag or block that nothing closes";
+            exceeded = NeverClosed;
         return !exceeded;
     }
 
@@ -153,6 +159,8 @@ private:
     unsigned int nested = 0;  ///< tags met in values
     unsigned int resumed = 0; ///< how often the end was taken up again, and with how many characters
     std::size_t reread = 0;
+    unsigned long long events = 0; ///< evaluations and blocks that went: all that may change the text or its course
+    unsigned long long eventsAtRewind = ~0ULL;
 };
 
 void CTags::TextExpansion::ReadToken() {
@@ -205,14 +213,15 @@ void CTags::TextExpansion::ReadTag(Token const& token) {
         return Keep(token);
     unsigned int const generation = values.GenerationAt(token.distance);
     if (generation > limits.chain)
-        exceeded = "a value that comes out of itself";
+        exceeded = OwnTag;
     else if (generation > 0 && ++nested > limits.nested)
-        exceeded = "tags in values";
+        exceeded = TooManyNested;
     if (exceeded)
         return;
     // A copy, since a host may insert tags while it evaluates one.
     info = *found;
     info.parameters = parameters;
+    ++events;
     if (!tags.EvaluateTag(context, info, value))
         return Keep(token);
     ReplaceTag(token, generation);
@@ -229,12 +238,22 @@ void CTags::TextExpansion::CloseBlock(Token const& token) {
     blocks.Pop();
     if (block.start == NoStart) {
         more = false;
-    } else if (token.closed) {
+        return;
+    }
+    std::size_t const start = static_cast<std::size_t>(block.start);
+    if (token.closed) {
+        ++events;
         buffer.CutRest(token.read);
-        buffer.CutDone(static_cast<std::size_t>(block.start));
-    } else if (ReadAgain(buffer.Length() - static_cast<std::size_t>(block.start))) {
-        // Nothing is taken out, and the block is read from its beginning.
-        buffer.Rewind(static_cast<std::size_t>(block.start));
+        buffer.CutDone(start);
+        return;
+    }
+    // Nothing is taken out, and the block is read from its beginning. Where nothing happened since it was last read so,
+    // nothing will; this marker stands at the end of the text, so it was the same block.
+    if (eventsAtRewind == events)
+        exceeded = NeverClosed;
+    else if (ReadAgain(buffer.Length() - start)) {
+        eventsAtRewind = events;
+        buffer.Rewind(start);
     }
 }
 
@@ -246,20 +265,21 @@ void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generatio
         more = false;
         return;
     }
+    std::size_t const start = static_cast<std::size_t>(token.start);
+    std::size_t const taken = token.closed ? buffer.DoneLength() - start + token.read : 0;
     std::size_t const length = xStrLen(text);
-    std::size_t const longest = std::min(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)),
-                                         static_cast<std::size_t>(INT_MAX));
-    if (length > longest - std::min(longest, buffer.Length())) {
-        exceeded = "the length";
+    std::size_t const longest =
+        std::min<std::size_t>(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)), INT_MAX);
+    std::size_t const remaining = buffer.Length() - taken;
+    if (length > longest - std::min(longest, remaining)) {
+        exceeded = TooLong;
         return;
     }
-    std::size_t const start = static_cast<std::size_t>(token.start);
     if (token.closed) {
         buffer.CutRest(token.read);
         buffer.CutDone(start);
     } else if (ReadAgain(token.read)) {
-        // It stays, and is met again behind its value.
-        buffer.Rewind(start);
+        buffer.Rewind(start); // it stays, and is met again behind its value
     } else {
         return;
     }
