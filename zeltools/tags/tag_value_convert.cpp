@@ -3,7 +3,9 @@
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/date_text.h"
 #include "zeltools/foundation/size_text.h"
-#include "zeltools/foundation/xload_string.h"
+#include "zeltools/foundation/text_format.h"
+#include "zeltools/platform/language.h"
+#include "zeltools/resources/string_table_private.h"
 #include "zeltools/tags/tag_value.h"
 
 #include <algorithm>
@@ -30,6 +32,20 @@ unsigned long long Truncated(float value) {
     if (value >= -pastSigned)
         return static_cast<unsigned long long>(static_cast<long long>(value));
     return std::isnan(value) ? 0 : 1ULL << 63;
+}
+
+/// A row of the string table in the thread's language, where it lies.
+char16_t const* Message(unsigned int id) {
+    return platform::FindString(id, platform::GetThreadUILanguage()).data();
+}
+
+/// Appends a formatted number, which is short, without going through the allocator.
+template <class Number>
+void AppendNumber(CXTString<char16_t>& text, char16_t const* format, Number number) {
+    constexpr int room = 64; // the longest, a float with six decimals, takes 47
+    char16_t part[room];
+    int const length = xFormat(part, room, format, number);
+    text.Append(part, static_cast<std::size_t>(length));
 }
 
 /// A duration above one second's reach of a long long counts as the longest.
@@ -135,39 +151,44 @@ bool CTagValue::ConvertTo(unsigned int target) {
     }
 }
 
+/// Each way empties the text first, so that it is gone even where nothing is written.
 bool CTagValue::ConvertToText() {
     CXTString<char16_t>& to = GetText();
     switch (type) {
     case TAGDATA_UINT: to.Format(u"%u", GetUInt()); break;
     case TAGDATA_INT: to.Format(u"%d", GetInt()); break;
-    case TAGDATA_BOOL: to.LoadStringW(number != 0 ? trueText : falseText); break;
+    case TAGDATA_BOOL: to = Message(number != 0 ? trueText : falseText); break;
     case TAGDATA_FILESIZE: to = GetFileSizeString(number); break;
     case TAGDATA_COLOR: {
         unsigned int const color = GetColor();
-        to.Format(colorFormat, color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
+        to.Format(Message(colorFormat), color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
         break;
     }
     case TAGDATA_FLOAT: to.Format(u"%.4f", static_cast<double>(real)); break;
     case TAGDATA_DURATION: PrintDuration(to, real); break;
-    case TAGDATA_LENGTH: PrintLength(to, real); break;
+    case TAGDATA_LENGTH:
+        to.Empty();
+        PrintLength(to, real);
+        break;
     case TAGDATA_RESOLUTION: to.Format(u"%f dpi", static_cast<double>(real)); break;
     case TAGDATA_DATE: to = GetFileDateString(GetDate(), true, true, false); break;
     case TAGDATA_STRINGS:
         to.Empty();
-        for (CXTString<char16_t> const& element : Strings())
-            to.Append(element, static_cast<std::size_t>(element.GetLength())),
-                to.Append(separator.data(), separator.size());
+        for (CXTString<char16_t> const& element : Strings()) {
+            to += element;
+            to.Append(separator.data(), separator.size());
+        }
         break;
     case TAGDATA_UINTS:
     case TAGDATA_INTS:
         to.Empty();
         for (unsigned int const element : UInts())
-            to.AppendFormat(u"%d; ", static_cast<int>(element));
+            AppendNumber(to, u"%d; ", static_cast<int>(element));
         break;
     case TAGDATA_FLOATS:
         to.Empty();
         for (float const element : Floats())
-            to.AppendFormat(u"%f; ", static_cast<double>(element));
+            AppendNumber(to, u"%f; ", static_cast<double>(element));
         break;
     case TAGDATA_CUSTOMINFO: {
         unsigned int size = 0;

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The parameters that a template may name behind a tag whose value is a file name or a date.
+// What the parameters of a template make of a file name or a date.
 #include "zeltools/files/file_info.h"
 #include "zeltools/files/paths/file_dates.h"
 #include "zeltools/files/paths/path_queries.h"
 #include "zeltools/files/paths/path_split.h"
 #include "zeltools/files/paths/shell_type.h"
 #include "zeltools/foundation/date_text.h"
+#include "zeltools/tags/tag_parameters_private.h"
 #include "zeltools/tags/tag_value.h"
 
 #include <string_view>
@@ -38,7 +39,7 @@ constexpr TextParameter textParameters[] = {
 } // namespace
 
 _TAGDATA_INFO CTagValue::HandleParameters(CXTString<char16_t> const& name) {
-    if (name.IsEmpty())
+    if (name.IsEmpty() || !detail::IsTagParameter(name))
         return type;
     std::u16string_view const parameter = View(name);
     if (type == TAGDATA_DATE) {
@@ -70,4 +71,16 @@ _TAGDATA_INFO CTagValue::HandleParameters(CXTString<char16_t> const& name) {
     return TAGDATA_FILENAME;
 }
 
-void CTagValue::ApplyParameters(CXTString<char16_t> const&) {}
+void CTagValue::ApplyParameters(CXTString<char16_t> const& parameters) {
+    if (&parameters == text) {
+        Text const copy(parameters); // the chain must stay while the text changes
+        return ApplyParameters(copy);
+    }
+    Text name;
+    for (detail::ParameterStages stages(parameters); stages.Next();) {
+        stages.GetName(name);
+        if (!detail::IsTagParameter(name))
+            return;
+        type = static_cast<_TAGDATA_INFO>(HandleParameters(name) & TAGDATA_MASK);
+    }
+}

@@ -4,6 +4,8 @@
 #include "zeltools/process/xsingle_lock.h"
 #include "zeltools/tags/tag_value.h"
 
+#include <limits>
+
 namespace {
 
 /// Reads as many whole elements as a value has bytes for.
@@ -20,11 +22,16 @@ bool ReadElements(CCustomData const& data, unsigned int id, Array& elements) {
 }
 
 template <class Array>
-void WriteElements(CCustomData& data, unsigned int id, Array const* elements) {
-    if (elements && !elements->IsEmpty())
-        data.SetBinary(id, elements->GetData(), static_cast<unsigned int>(elements->GetSize()) * 4u);
-    else
+bool WriteElements(CCustomData& data, unsigned int id, Array const* elements) {
+    if (!elements || elements->IsEmpty()) {
         data.RemoveCustom(id);
+        return true;
+    }
+    std::size_t const size = static_cast<std::size_t>(elements->GetSize()) * sizeof(*elements->GetData());
+    if (size > std::numeric_limits<unsigned int>::max())
+        return false;
+    data.SetBinary(id, elements->GetData(), static_cast<unsigned int>(size));
+    return true;
 }
 
 /// Reads a broken-down date, which from outside may be none.
@@ -133,8 +140,8 @@ int CTagValue::SetValueToData(CCustomData& data, unsigned int id) const {
         else
             data.RemoveCustom(id);
         return 1;
-    case TAGDATA_UINTS: WriteElements(data, id, uints); return 1;
-    case TAGDATA_FLOATS: WriteElements(data, id, floats); return 1;
+    case TAGDATA_UINTS: return WriteElements(data, id, uints);
+    case TAGDATA_FLOATS: return WriteElements(data, id, floats);
     default: return 0;
     }
 }

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The desktop's types are those of the shared MIME database, which GIO reads. GIO is opened at the first question: to
+// link it would cost every host more than a millisecond at its start, and a system without a desktop may lack it.
+#include "zeltools/platform/shell_type.h"
+
+#include "zeltools/platform/utf8.h"
+
+#include <dlfcn.h>
+#include <gio/gio.h>
+#include <memory>
+#include <mutex>
+
+namespace platform {
+
+namespace {
+
+/// The part of GIO that is used; all null where there is no GIO. It stays loaded, since it keeps the database in memory
+/// that only the process's end gives back.
+class Gio {
+public:
+    Gio() {
+        void* const library = dlopen("libgio-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
+        if (!library)
+            return;
+        bool const isWhole =
+            Find(library, "g_content_type_guess", guess) && Find(library, "g_content_type_is_unknown", isUnknown) &&
+            Find(library, "g_content_type_get_description", getDescription) && Find(library, "g_free", release);
+        if (!isWhole)
+            release = nullptr;
+    }
+
+    bool IsThere() const { return release != nullptr; }
+
+    /// A text that GIO gives away.
+    using Text = std::unique_ptr<char, decltype(&g_free)>;
+    Text Owned(char* text) const { return Text(text, release); }
+
+    decltype(&g_content_type_guess) guess = nullptr;
+    decltype(&g_content_type_is_unknown) isUnknown = nullptr;
+    decltype(&g_content_type_get_description) getDescription = nullptr;
+
+private:
+    template <class Function>
+    static bool Find(void* library, char const* name, Function& function) {
+        function = reinterpret_cast<Function>(dlsym(library, name));
+        return function != nullptr;
+    }
+
+    decltype(&g_free) release = nullptr;
+};
+
+} // namespace
+
+std::u16string DescribeFileType(std::u16string_view name, bool isDirectory) {
+    static Gio const gio;
+    if (!gio.IsThere())
+        return {};
+    std::string bytes(Utf8Room(name.size()), '\0');
+    bytes.resize(Utf16ToUtf8(name.data(), name.size(), bytes.data()));
+
+    // GIO locks its database for itself; this lock is one that the thread sanitizer sees.
+    static std::mutex section;
+    std::lock_guard const hold(section);
+    Gio::Text const type =
+        gio.Owned(isDirectory ? gio.guess("/", nullptr, 0, nullptr) : gio.guess(bytes.c_str(), nullptr, 0, nullptr));
+    if (!type || gio.isUnknown(type.get()))
+        return {};
+    Gio::Text const description = gio.Owned(gio.getDescription(type.get()));
+    std::string_view const text = description ? description.get() : "";
+    std::u16string result(Utf16Room(text.size()), u'\0');
+    result.resize(Utf8ToUtf16(text.data(), text.size(), result.data()));
+    return result;
+}
+
+} // namespace platform
