@@ -137,6 +137,7 @@
 #include <zeltools/process/xcritical_section.h>
 #include <zeltools/process/xsingle_lock.h>
 #include <zeltools/process/xthread.h>
+#include <zeltools/tags/string_match_menu.h>
 #include <zeltools/tags/tag_data_types.h>
 #include <zeltools/tags/tag_id.h>
 #include <zeltools/tags/tag_info.h>

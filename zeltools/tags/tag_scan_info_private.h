@@ -15,6 +15,9 @@ struct _TagIfInfo {
 /// The scan of one thread; its stack holds the blocks that are open. One thread at a time.
 class _TagScanInfo : public CStack<_TagIfInfo> {
 public:
+    /// The number of blocks that are open.
+    int GetDepth() const { return top + 1; }
+
     CXTString<char16_t> text; ///< the template, in the scan of a text
     int position = 0;         ///< the next character to read
     int emptySeen = 0;        ///< whether a tag of the block was replaced by an empty text, in the scan of a control
