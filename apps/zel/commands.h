@@ -6,6 +6,7 @@
 #include "media/media_limits.h"
 #include "progress_report.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,15 @@ enum ExitStatus : int {
     ExitInterrupted = 130, ///< The keyboard's interruption.
 };
 
+/// Where a command's template is; at most one of the two.
+struct TemplateOptions {
+    std::optional<std::string> text; ///< As it was typed.
+    std::optional<std::string> file; ///< Native name.
+    bool strict = false;             ///< Whether faults of the template are errors.
+
+    bool IsGiven() const { return text || file; }
+};
+
 enum class SortBy {
     Walk,
     Name,
@@ -36,6 +46,7 @@ struct ListOptions {
     bool recursive = false;
     bool json = false;
     SortBy sort = SortBy::Walk;
+    TemplateOptions wording; ///< What a file comes as; columns or JSON members where it is not given.
     ProgressStyle progress = ProgressStyle::Automatic;
     bool open = true;          ///< Whether images and scenes are opened, for what their headers tell.
     bool keepMetadata = false; ///< Whether the rows' facts come with the metadata.

@@ -5,6 +5,7 @@
 #include "interruption.h"
 #include "list_report.h"
 #include "row_queue.h"
+#include "template_options.h"
 #include "terminal.h"
 #include "trace.h"
 #include "walk_progress.h"
@@ -48,12 +49,16 @@ std::size_t CountRows(std::string const& nativePath, bool recursive, Interruptio
     return count;
 }
 
+/// @param wording  Null for none.
+std::unique_ptr<ListReport> MakeReport(ListOptions const& options, FileTemplate const* wording) {
+    return options.json ? MakeJsonReport(wording) : wording ? MakeTemplateReport(*wording) : MakeTextReport();
+}
+
 class Lister : RowSink {
 public:
-    Lister(ListOptions const& listOptions, Interruption& interruptionOfUser)
-        : options(listOptions), interruption(interruptionOfUser),
-          report(listOptions.json ? MakeJsonReport() : MakeTextReport()), errorsToTerminal(isatty(STDERR_FILENO)),
-          progressReport(listOptions.progress, interruptionOfUser),
+    Lister(ListOptions const& listOptions, FileTemplate const* wording, Interruption& interruptionOfUser)
+        : options(listOptions), interruption(interruptionOfUser), report(MakeReport(listOptions, wording)),
+          errorsToTerminal(isatty(STDERR_FILENO)), progressReport(listOptions.progress, interruptionOfUser),
           progress(progressReport.IsShown(), listOptions.paths.size()), queue(listOptions, *this),
           finder(listOptions, queue, [this] { return MustStop(); }) {
         if (isatty(STDOUT_FILENO)) { // then it is the terminal that has the bar
@@ -188,8 +193,18 @@ private:
 } // namespace
 
 int RunList(ListOptions const& options) {
+    ListOptions needed = options;
+    std::unique_ptr<FileTemplate> wording;
+    if (options.wording.IsGiven()) {
+        wording = PrepareTemplate(options.wording, !options.wording.strict);
+        if (!wording) {
+            return ExitSomeFailed;
+        }
+        needed.open &= options.json || wording->GetNeeds() != TagNeeds::Nothing;
+        needed.keepMetadata |= wording->GetNeeds() == TagNeeds::Metadata;
+    }
     Interruption interruption;
-    return Lister(options, interruption).Run();
+    return Lister(needed, wording.get(), interruption).Run();
 }
 
 } // namespace zel

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "file_template.h"
 #include "json_text.h"
 #include "list_report.h"
 #include "media_facts.h"
@@ -26,6 +27,8 @@ std::string UtcText(CXTime const& time) {
 
 class JsonReport : public ListReport {
 public:
+    explicit JsonReport(FileTemplate const* fileTemplate) : expansion(fileTemplate) { place.index = 0; }
+
     void AddRow(FileFacts const& facts) override {
         Json row;
         SetName(row, "name", facts.name);
@@ -39,6 +42,10 @@ public:
         row["written"] = UtcText(facts.lastWrite);
         if (facts.media) {
             facts.media->AddTo(row);
+        }
+        if (expansion && !facts.isFolder) {
+            ++place.index;
+            SetName(row, "text", expansion->Expand(facts, place));
         }
         Write(std::string(any ? ",\n" : "{\"files\": [\n") + row.dump());
         any = true;
@@ -73,6 +80,8 @@ private:
         failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
     }
 
+    FileTemplate const* expansion; ///< Null for none.
+    ExpansionPlace place;
     Json failures = Json::array();
     bool any = false;
     bool failed = false;
@@ -80,8 +89,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<ListReport> MakeJsonReport() {
-    return std::make_unique<JsonReport>();
+std::unique_ptr<ListReport> MakeJsonReport(FileTemplate const* fileTemplate) {
+    return std::make_unique<JsonReport>(fileTemplate);
 }
 
 } // namespace zel

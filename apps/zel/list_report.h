@@ -12,6 +12,8 @@
 
 namespace zel {
 
+class FileTemplate;
+
 /// What a list adds up to.
 struct ListTotals {
     struct Kind {
@@ -47,6 +49,11 @@ public:
 std::unique_ptr<ListReport> MakeTextReport();
 
 /// One object on standard output: "files", "failures", "totals". Each row is written as it comes.
-std::unique_ptr<ListReport> MakeJsonReport();
+/// @param fileTemplate  Each file's row has its expansion as "text"; null for none.
+std::unique_ptr<ListReport> MakeJsonReport(FileTemplate const* fileTemplate);
+
+/// The expansion of a template for each file, on standard output and each with an end of line. Folders and totals are
+/// left out.
+std::unique_ptr<ListReport> MakeTemplateReport(FileTemplate const& fileTemplate);
 
 } // namespace zel

@@ -71,13 +71,16 @@ void AddChoice(CLI::App& command, char const* names, std::optional<bool>& choice
         names, [&choice](std::int64_t count) { choice = count > 0; }, help);
 }
 
-void Remember(ListChoices& choices) {
+/// @param hasTemplate  It says how the list looks, so JSON that was wanted last is not wanted now.
+void Remember(ListChoices& choices, bool hasTemplate) {
     CXTString<char16_t> const path = GetPreferencesFile();
     CCustomData store;
     store.LoadFromPrefs(path, CommandKey, OptionsKey, true);
     CCustomData const before = store;
     Exchange(store, RecursiveId, choices.recursive);
-    Exchange(store, JsonId, choices.json);
+    if (choices.json || !hasTemplate) {
+        Exchange(store, JsonId, choices.json);
+    }
     Exchange(store, SortId, SortWords, choices.sort);
     Exchange(store, ProgressId, ProgressWords, choices.progress);
     if (!store.IsEqual(before) && !store.SaveToPrefs(path, CommandKey, OptionsKey)) {
@@ -111,7 +114,7 @@ void AddListChoices(CLI::App& command, ListChoices& choices) {
 
 void ApplyListChoices(ListChoices choices, ListOptions& options) {
     if (choices.preferences.value_or(isatty(STDOUT_FILENO) != 0)) {
-        Remember(choices);
+        Remember(choices, options.wording.IsGiven());
     } else {
         EnablePreferencesSaving(false);
     }

@@ -6,6 +6,7 @@
 #include "media_options.h"
 #include "plugins_setup.h"
 #include "registry_command.h"
+#include "template_options.h"
 #include "terminal.h"
 #include "worker_pool.h"
 #include <zeltools/files/paths/native_names.h>
@@ -96,6 +97,7 @@ int main(int argc, char** argv) {
     listCommand->add_option("PATH", list.paths, "Files and folders")->required();
     zel::ListChoices choices;
     zel::AddListChoices(*listCommand, choices);
+    zel::AddTemplateOptions(*listCommand, list.wording);
     list.limits.timeMs = 60'000; // nobody waits longer for one file of many
     zel::AddLimits(*listCommand, list.limits);
     std::string log;

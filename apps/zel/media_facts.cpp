@@ -54,16 +54,16 @@ std::string Channels(std::vector<std::string> const& names) {
     return fmt::format("{} channel{}", names.size(), names.size() == 1 ? "" : "s");
 }
 
-std::string BoxText(SceneBox const& box) {
-    return fmt::format("{:.6g} x {:.6g} x {:.6g}", box.highest.x - box.lowest.x, box.highest.y - box.lowest.y,
-                       box.highest.z - box.lowest.z);
-}
-
 void AddCount(Json& object, char const* key, std::optional<unsigned long long> const& count) {
     object[key] = count ? Json(*count) : Json(nullptr);
 }
 
 } // namespace
+
+std::string BoxText(SceneBox const& box) {
+    return fmt::format("{:.6g} x {:.6g} x {:.6g}", box.highest.x - box.lowest.x, box.highest.y - box.lowest.y,
+                       box.highest.z - box.lowest.z);
+}
 
 std::string MediaAnswer::Reasons() const {
     std::string text;

@@ -69,6 +69,9 @@ struct MediaFacts {
     void AddTo(nlohmann::ordered_json& object) const;
 };
 
+/// A box's size along the axes: "1.2 x 1.77 x 1.2".
+std::string BoxText(SceneBox const& box);
+
 /// Reads a file's header.
 class OpenWork : public Work {
 public:

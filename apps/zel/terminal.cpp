@@ -10,35 +10,6 @@ namespace zel {
 
 namespace {
 
-constexpr char32_t notUtf8 = 0xFFFFFFFF;
-
-/// Takes one character off the front of a text. A maximal invalid part gives `notUtf8` and its length.
-char32_t TakeCharacter(std::string_view text, std::size_t& length) {
-    auto const byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    unsigned char const lead = byte(0);
-    length = 1;
-    if (lead < 0x80) {
-        return lead;
-    }
-    // Limits of the second byte keep out overlong forms, surrogates and what lies beyond U+10FFFF (Unicode 15,
-    // table 3-7).
-    std::size_t const count = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4) {
-        return notUtf8;
-    }
-    unsigned char const low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    unsigned char const high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    char32_t character = lead & (0x7Fu >> count);
-    for (std::size_t i = 1; i < count; ++i) {
-        if (i >= text.size() || byte(i) < (i == 1 ? low : 0x80) || byte(i) > (i == 1 ? high : 0xBF)) {
-            return notUtf8;
-        }
-        character = character << 6 | (byte(i) & 0x3F);
-        length = i + 1;
-    }
-    return character;
-}
-
 void AppendEscaped(std::string& shown, std::string_view bytes) {
     constexpr char digits[] = "0123456789ABCDEF";
     for (char const c : bytes) {
@@ -54,6 +25,32 @@ bool IsControl(char32_t character) {
 }
 
 } // namespace
+
+char32_t TakeCharacter(std::string_view text, std::size_t& length) {
+    auto const byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    unsigned char const lead = byte(0);
+    length = 1;
+    if (lead < 0x80) {
+        return lead;
+    }
+    // Limits of the second byte keep out overlong forms, surrogates and what lies beyond U+10FFFF (Unicode 15,
+    // table 3-7).
+    std::size_t const count = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4) {
+        return NotUtf8;
+    }
+    unsigned char const low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned char const high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    char32_t character = lead & (0x7Fu >> count);
+    for (std::size_t i = 1; i < count; ++i) {
+        if (i >= text.size() || byte(i) < (i == 1 ? low : 0x80) || byte(i) > (i == 1 ? high : 0xBF)) {
+            return NotUtf8;
+        }
+        character = character << 6 | (byte(i) & 0x3F);
+        length = i + 1;
+    }
+    return character;
+}
 
 bool WantsColour(std::FILE* stream) {
     char const* const noColour = std::getenv("NO_COLOR");
@@ -76,7 +73,7 @@ int DisplayWidth(std::string_view text) {
     while (!text.empty()) {
         std::size_t length = 0;
         char32_t const character = TakeCharacter(text, length);
-        int const width = character < 0x7F ? 1 : character == notUtf8 ? 1 : wcwidth(static_cast<wchar_t>(character));
+        int const width = character < 0x7F ? 1 : character == NotUtf8 ? 1 : wcwidth(static_cast<wchar_t>(character));
         columns += width < 0 ? 1 : width;
         text.remove_prefix(length);
     }
@@ -99,7 +96,7 @@ std::string ShownName(std::string_view nativeName, bool terminal) {
         std::size_t length = 0;
         char32_t const character = TakeCharacter(nativeName, length);
         std::string_view const bytes = nativeName.substr(0, length);
-        if (character == notUtf8 ? terminal : IsControl(character)) {
+        if (character == NotUtf8 ? terminal : IsControl(character)) {
             AppendEscaped(shown, bytes);
         } else {
             shown += bytes;
@@ -115,7 +112,7 @@ std::string ValidUtf8(std::string_view text, bool& exact) {
     exact = true;
     while (!text.empty()) {
         std::size_t length = 0;
-        if (TakeCharacter(text, length) == notUtf8) {
+        if (TakeCharacter(text, length) == NotUtf8) {
             valid += "\xEF\xBF\xBD";
             exact = false;
         } else {

@@ -23,6 +23,13 @@ enum class Colour {
     Red
 };
 
+/// What TakeCharacter gives for bytes that are not UTF-8.
+constexpr char32_t NotUtf8 = 0xFFFFFFFF;
+
+/// The character at the front of a text that is not empty, and its length in bytes. A maximal invalid part gives
+/// NotUtf8 and its length.
+char32_t TakeCharacter(std::string_view text, std::size_t& length);
+
 /// Whether colours may be used on a stream: it is a terminal and NO_COLOR is unset or empty (https://no-color.org).
 bool WantsColour(std::FILE* stream);
 
