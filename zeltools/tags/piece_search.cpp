@@ -52,13 +52,7 @@ std::uint64_t PieceSearch::Chunk::PlacesOf(char16_t unit) const {
 
 PieceSearch::PieceSearch(std::u16string_view text)
     : piece(text), isPlain(std::all_of(text.begin(), text.end(), IsPlainUnit)), anchor(NotFound) {
-    for (std::size_t place = 0; place < piece.size() && !anchorIsPair; ++place) {
-        bool const isPair = place + 1 < piece.size() && IsPlainUnit(piece[place]) && IsPlainUnit(piece[place + 1]);
-        if (isPair || (anchor == NotFound && IsPlainUnit(piece[place]))) {
-            anchor = place;
-            anchorIsPair = isPair;
-        }
-    }
+    ChooseAnchor();
     if (piece.size() <= ShortPiece) {
         return;
     }
@@ -75,6 +69,27 @@ PieceSearch::PieceSearch(std::u16string_view text)
         }
         border += piece[place] == piece[border] ? 1 : 0;
         borders[place] = border;
+    }
+}
+
+// What is rare in the piece may be rare in the text. Two neighbours are better than one.
+void PieceSearch::ChooseAnchor() {
+    std::array<unsigned int, 256> counts{}; // by the low byte, which is good enough
+    for (char16_t const unit : piece) {
+        ++counts[unit & 0xFF];
+    }
+    unsigned int least = 0;
+    for (std::size_t place = 0; place < piece.size(); ++place) {
+        if (!IsPlainUnit(piece[place])) {
+            continue;
+        }
+        bool const isPair = place + 1 < piece.size() && IsPlainUnit(piece[place + 1]);
+        unsigned int const count = counts[piece[place] & 0xFF] + (isPair ? counts[piece[place + 1] & 0xFF] : 0);
+        if (anchor == NotFound || isPair > anchorIsPair || (isPair == anchorIsPair && count < least)) {
+            anchor = place;
+            anchorIsPair = isPair;
+            least = count;
+        }
     }
 }
 

@@ -50,6 +50,7 @@ private:
         std::array<char16_t, Slots> units{};
     };
 
+    void ChooseAnchor();
     std::size_t ScanForAnchor(std::u16string_view text, std::size_t from) const;
     std::size_t CountFitting(char16_t const* text) const;
     std::size_t FindByPrefixes(std::u16string_view text, std::size_t from) const;

@@ -6,7 +6,7 @@ namespace detail {
 
 namespace {
 
-/// More memory than this is given back after a match.
+/// More memory than this is given back before the next match.
 constexpr std::size_t KeptUnits = std::size_t(1) << 20;
 
 } // namespace

@@ -21,7 +21,7 @@ public:
     void AddPattern(std::u16string_view pattern) { operands.emplace_back(WildcardPattern(pattern)); }
     void AddExpression(std::u16string_view expression);
 
-    /// Takes a text, or in GiveWords a word. The text must stay until the match is over; so with all below.
+    /// Takes a text, or in GiveWords a word. The text must stay until the match is over.
     void AddText(std::u16string_view text) { texts.push_back(text); }
 
     /// The texts that were added are what people wrote: they are cut into words.
@@ -32,7 +32,7 @@ public:
     /// Whether the operand answers.
     bool Matches(std::size_t operand);
 
-    /// A match is over, or one begins: the one before may have ended in an exception.
+    /// Begins a match without any text.
     void ForgetTexts();
 
     bool isRefused = false; ///< The expression was: nothing matches.

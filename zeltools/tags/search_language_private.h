@@ -26,7 +26,7 @@ std::size_t FindSearchMark(std::u16string_view text, std::size_t from);
 /// Without the white space at both ends.
 std::u16string_view TrimmedView(std::u16string_view text);
 
-/// The text with ASCII letters lowered, from `text` into a place with room for as many units.
+/// Writes the text with ASCII letters lowered to a place with room for as many units, which may be its own.
 void LowerAsciiUnits(char16_t* target, std::u16string_view text);
 
 /// Puts the operator in front of each word that follows another one without an operator between them, and a `\` in

@@ -21,14 +21,24 @@ bool FitsTail(std::u16string_view tail, char16_t const* word) {
                       [](char16_t wanted, char16_t unit) { return wanted == u'?' || wanted == unit; });
 }
 
+std::size_t FindBlank(std::u16string_view text, std::size_t from) {
+    std::size_t const blank = ScanFor(text.data(), text.size(), from, Target(u' '));
+    return std::min(blank, text.size());
+}
+
+/// A blank, or what separates the pieces of a word.
+std::size_t FindBlankOrJoint(std::u16string_view text, std::size_t from) {
+    while (from < text.size() && text[from] != u' ' && text[from] != u'-' && text[from] != u'_') {
+        ++from;
+    }
+    return from;
+}
+
 /// Calls `test` with what stands between separators, empty stretches left out, until it answers true.
-template <class IsSeparator, class Test>
-bool AnyBetween(std::u16string_view text, IsSeparator isSeparator, Test test) {
+template <class Test>
+bool AnyBetween(std::u16string_view text, std::size_t findSeparator(std::u16string_view, std::size_t), Test test) {
     for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t end = begin;
-        while (end < text.size() && !isSeparator(text[end])) {
-            ++end;
-        }
+        std::size_t const end = findSeparator(text, begin);
         if (end > begin && test(text.substr(begin, end - begin))) {
             return true;
         }
@@ -47,6 +57,9 @@ WildcardPattern::WildcardPattern(std::u16string_view pattern) : hasBlank(pattern
         std::size_t const next = pattern.find(u'*', star + 1);
         if (next == pattern.npos) {
             tail = pattern.substr(star + 1);
+            if (!tail.empty()) {
+                tailSearch.emplace(tail);
+            }
             break;
         }
         if (next > star + 1) {
@@ -86,21 +99,21 @@ bool WildcardPattern::FitsAnyWordOf(std::u16string_view text) const {
     if (hasBlank) {
         return false;
     }
-    // What has no blank lies inside one word wherever it stands. This is what people search for most.
-    if (isContained) {
-        return pieces[0].Find(text, 0) != NotFound;
+    if (!pieces.empty()) {
+        // Nearly all texts are done with here, since the piece is nowhere in them.
+        std::size_t const first = pieces[0].Find(text, 0);
+        if (first == NotFound || isContained) {
+            return first != NotFound; // what has no blank lies inside one word
+        }
+        text.remove_prefix(text.rfind(u' ', first) + 1); // npos + 1 is 0
     }
-    auto const isBlank = [](char16_t unit) { return unit == u' '; };
-    return AnyBetween(text, isBlank, [this](std::u16string_view word) { return Fits(word) || FitsPieceOf(word); });
-}
-
-bool WildcardPattern::FitsPieceOf(std::u16string_view word) const {
-    if (!isAnchored) {
-        return false; // it would have fitted the word itself
+    auto const fits = [this](std::u16string_view word) { return Fits(word); };
+    if (AnyBetween(text, FindBlank, fits)) {
+        return true;
     }
-    auto const isJoint = [](char16_t unit) { return unit == u'-' || unit == u'_'; };
-    return AnyBetween(word, isJoint,
-                      [this, word](std::u16string_view piece) { return piece.size() != word.size() && Fits(piece); });
+    // What fits a piece of a word fits the word too, unless an end is held.
+    return isAnchored && (!tailSearch || tailSearch->Find(text, 0) != NotFound) &&
+           AnyBetween(text, FindBlankOrJoint, fits);
 }
 
 } // namespace detail

@@ -36,11 +36,11 @@ public:
 
 private:
     bool FitsAnyWordOf(std::u16string_view text) const;
-    bool FitsPieceOf(std::u16string_view word) const;
 
     std::u16string head;
     std::u16string tail; ///< Empty for a pattern without a star, which is all head.
     std::vector<PieceSearch> pieces;
+    std::optional<PieceSearch> tailSearch; ///< Tells of texts without it.
     bool hasStar = false;
     bool isAnchored = false;  ///< Whether head or tail hold it to an end of the word.
     bool isContained = false; ///< Whether it fits a word that has its one piece, a plain one, anywhere.

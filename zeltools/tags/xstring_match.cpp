@@ -147,7 +147,6 @@ bool CXStringMatch::Evaluate() {
         operation.result = prepared->Matches(static_cast<std::size_t>(index));
         result = detail::SearchProgram::Combine(result, operation.wordOperator, operation.result);
     }
-    prepared->ForgetTexts();
     return result;
 }
 
