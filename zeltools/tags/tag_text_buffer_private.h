@@ -74,6 +74,15 @@ public:
         Move(buffer + capacity - restLength, text, count);
     }
 
+    /// Puts characters behind what was read.
+    /// Errors: CXMemoryException; the text is unchanged.
+    void AppendDone(char16_t const* text, std::size_t count) {
+        if (count > capacity - Length())
+            Grow(count);
+        Move(buffer + doneLength, text, count);
+        doneLength += count;
+    }
+
     /// Brings the parts together and gives the whole text.
     char16_t const* Join() {
         Advance(restLength);

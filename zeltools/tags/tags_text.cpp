@@ -8,6 +8,7 @@
 // A tag is taken out from `start` on, and its value is put there and read next. A value may hold tags, may be only a
 // part of one that the text around it completes, and may open and close blocks; so the place of reading goes back and
 // forth, but only over what was just read or inserted.
+#include "zeltools/foundation/character_scan_private.h"
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/log_file.h"
 #include "zeltools/foundation/stack.h"
@@ -80,6 +81,36 @@ private:
     std::optional<CStack<Region>> stack; ///< made for the first value that has tags, which few have
 };
 
+constexpr bool IsDelimiter(char16_t unit) {
+    return unit == u'<' || unit == u'>';
+}
+
+enum class Stop {
+    AtDelimiter,
+    AtZeroToo
+};
+
+/// The place of the first delimiter, or of the first zero if asked, or the length.
+template <Stop Where>
+std::size_t FindDelimiter(char16_t const* text, std::size_t length) {
+    std::size_t at = 0;
+#if defined(__SSE2__)
+    using Block = detail::Block<char16_t>;
+    static_assert((u'<' | 2) == u'>');
+    for (; at + Block::Size <= length; at += Block::Size) {
+        __m128i const block = Block::Load(text + at);
+        __m128i stops = Block::Equal(_mm_or_si128(block, Block::All(2)), Block::All(u'>'));
+        if constexpr (Where == Stop::AtZeroToo)
+            stops = _mm_or_si128(stops, Block::Equal(block, Block::All(0)));
+        if (unsigned const bits = Block::Bits(stops))
+            return at + Block::First(bits);
+    }
+#endif
+    while (at < length && !IsDelimiter(text[at]) && (Where == Stop::AtDelimiter || text[at]))
+        ++at;
+    return at;
+}
+
 constexpr std::u16string_view Opener = u"<tagifexist>";
 constexpr std::u16string_view Closer = u"</tagifexist>";
 constexpr std::u16string_view OtherCloser = u"<tagendifexist>";
@@ -128,10 +159,19 @@ private:
     void ReplaceTag(Token const& token, unsigned int generation);
     void SetCandidate(char16_t const* text, std::size_t length);
 
+    bool HasBlock() const { return blocks && !blocks->IsEmpty(); }
+
     /// Leaves the token in the text and goes on behind it.
     void Keep(Token const& token) {
         buffer.Advance(token.read);
         more = token.closed;
+    }
+
+    /// How many characters a value may have that stands in the text beside so many others.
+    std::size_t Room(std::size_t others) const {
+        std::size_t const longest =
+            std::min<std::size_t>(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)), INT_MAX);
+        return longest - std::min(longest, others);
     }
 
     /// Counts that the end of the text is taken up again, with so many characters to read anew.
@@ -148,9 +188,10 @@ private:
     TagTextLimits const limits;
     detail::TagTextBuffer buffer;
     std::size_t const originalLength;
-    IfStack blocks;
+    std::optional<IfStack> blocks; ///< made for the first block
     Regions values;
     CXTString<char16_t> candidate;
+    bool hasChain = false; ///< whether the candidate has parameters
     CXTString<char16_t> parameters;
     CTagInfo info;
     CTagValue value; ///< one for all tags; the next one finds it as the last one left it
@@ -166,13 +207,10 @@ private:
 void CTags::TextExpansion::ReadToken() {
     char16_t const* const rest = buffer.Rest();
     std::size_t const length = buffer.RestLength();
-    auto const isDelimiter = [](char16_t unit) { return unit == u'<' || unit == u'>'; };
     std::size_t first = 0;
-    while (first < length && isDelimiter(rest[first]))
+    while (first < length && IsDelimiter(rest[first]))
         ++first;
-    std::size_t last = first;
-    while (last < length && !isDelimiter(rest[last]))
-        ++last;
+    std::size_t const last = first + FindDelimiter<Stop::AtDelimiter>(rest + first, length - first);
     if (first == last) {
         more = false;
         return;
@@ -192,23 +230,28 @@ void CTags::TextExpansion::ReadToken() {
 void CTags::TextExpansion::SetCandidate(char16_t const* text, std::size_t length) {
     candidate.SetLength(length + 2);
     char16_t* to = candidate.GetText();
+    hasChain = false;
     *to++ = u'<';
-    for (std::size_t i = 0; i < length; ++i)
+    for (std::size_t i = 0; i < length; ++i) {
+        hasChain |= text[i] == u'(';
         *to++ = detail::LowerAscii(text[i]);
+    }
     *to = u'>'; // whatever delimiter it was
 }
 
 void CTags::TextExpansion::ReadTag(Token const& token) {
     std::u16string_view const marker(candidate, static_cast<std::size_t>(candidate.GetLength()));
     if (marker == Opener) {
-        blocks.Push(IfInfo{token.start, false});
+        if (!blocks)
+            blocks.emplace();
+        blocks->Push(IfInfo{token.start, false});
         return Keep(token);
     }
     // Without a block that is open, the first of the two is a tag like any other.
-    if (!blocks.IsEmpty() && (marker == Closer || marker == OtherCloser))
+    if (HasBlock() && (marker == Closer || marker == OtherCloser))
         return CloseBlock(token);
 
-    CTagInfo const* const found = tags.FindTag(candidate, parameters);
+    CTagInfo const* const found = hasChain ? tags.FindTag(candidate, parameters) : tags.tagsByName.Find(candidate);
     if (!found)
         return Keep(token);
     unsigned int const generation = values.GenerationAt(token.distance);
@@ -220,7 +263,8 @@ void CTags::TextExpansion::ReadTag(Token const& token) {
         return;
     // A copy, since a host may insert tags while it evaluates one.
     info = *found;
-    info.parameters = parameters;
+    if (hasChain)
+        info.parameters = parameters;
     ++events;
     if (!tags.EvaluateTag(context, info, value))
         return Keep(token);
@@ -228,14 +272,14 @@ void CTags::TextExpansion::ReadTag(Token const& token) {
 }
 
 void CTags::TextExpansion::CloseBlock(Token const& token) {
-    IfInfo const block = *blocks.Top();
+    IfInfo const block = *blocks->Top();
     if (block.keep) {
         // A block stays with what is in it, so those around it stay too.
-        blocks.KeepAll();
-        blocks.Pop();
+        blocks->KeepAll();
+        blocks->Pop();
         return Keep(token);
     }
-    blocks.Pop();
+    blocks->Pop();
     if (block.start == NoStart) {
         more = false;
         return;
@@ -258,20 +302,22 @@ void CTags::TextExpansion::CloseBlock(Token const& token) {
 }
 
 void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generation) {
-    CXTString<char16_t>& text = value.GetText();
-    if (!blocks.IsEmpty() && !text.IsEmpty())
-        blocks.Top()->keep = true;
+    CXTString<char16_t> const& valueText = value.GetText();
+    if (HasBlock() && !valueText.IsEmpty())
+        blocks->Top()->keep = true;
     if (token.start == NoStart) {
         more = false;
         return;
     }
+    char16_t const* const text = valueText;
+    std::size_t length = static_cast<unsigned int>(valueText.GetLength());
+    std::size_t const plain = FindDelimiter<Stop::AtZeroToo>(text, length);
+    bool const isPlain = plain == length;
+    if (!isPlain)
+        length = plain + xStrLen(text + plain); // an operand of a string counts up to its first zero
     std::size_t const start = static_cast<std::size_t>(token.start);
     std::size_t const taken = token.closed ? buffer.DoneLength() - start + token.read : 0;
-    std::size_t const length = xStrLen(text);
-    std::size_t const longest =
-        std::min<std::size_t>(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)), INT_MAX);
-    std::size_t const remaining = buffer.Length() - taken;
-    if (length > longest - std::min(longest, remaining)) {
+    if (length > Room(buffer.Length() - taken)) {
         exceeded = TooLong;
         return;
     }
@@ -283,9 +329,17 @@ void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generatio
     } else {
         return;
     }
+    if (isPlain && length > 0 && start > 0 && buffer.LastDone() != u'<') {
+        // It would be read as plain text, together with what follows it up to the next delimiter.
+        buffer.AppendDone(text, length);
+        std::size_t const last = FindDelimiter<Stop::AtDelimiter>(buffer.Rest(), buffer.RestLength());
+        more = last < buffer.RestLength();
+        buffer.Advance(last + more);
+        return;
+    }
     std::size_t const behind = buffer.RestLength();
     buffer.Insert(text, length);
-    if (xMemChr(static_cast<char16_t const*>(text), u'<', length))
+    if (xMemChr(text + plain, u'<', length - plain))
         values.Push(behind, generation + 1);
 }
 
