@@ -40,7 +40,7 @@ public:
         for (; kept <= top; ++kept)
             items[kept].keep = true;
     }
-    void Pop() {
+    void DropTop() {
         Drop();
         kept = std::min(kept, top + 1);
     }
@@ -276,10 +276,10 @@ void CTags::TextExpansion::CloseBlock(Token const& token) {
     if (block.keep) {
         // A block stays with what is in it, so those around it stay too.
         blocks->KeepAll();
-        blocks->Pop();
+        blocks->DropTop();
         return Keep(token);
     }
-    blocks->Pop();
+    blocks->DropTop();
     if (block.start == NoStart) {
         more = false;
         return;
