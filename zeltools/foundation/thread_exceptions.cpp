@@ -8,7 +8,8 @@
 #include "zeltools/platform/critical_section.h"
 #include "zeltools/platform/threads.h"
 
-#include <atomic>
+// Changed under `tableLock`, and read without it by a thread that asks for its own entry only.
+constinit std::atomic<unsigned int> detail::threadExceptionCount = 0;
 
 namespace {
 
@@ -21,12 +22,8 @@ constinit platform::CriticalSection tableLock;
 /// The last exception of each thread, by the thread's id. Made by the first exception.
 ExceptionTable* exceptionTable = nullptr;
 
-/// The number of entries. Changed under `tableLock`, and read without it by a thread that asks for its own entry only:
-/// its own changes it always sees.
-std::atomic<unsigned int> entryCount = 0;
-
 void CountEntries() {
-    entryCount.store(exceptionTable->GetCount(), std::memory_order_relaxed);
+    detail::threadExceptionCount.store(exceptionTable->GetCount(), std::memory_order_relaxed);
 }
 
 /// Exceptions that still stand in the table belong to those who caught them, so they are left alone.
@@ -34,12 +31,12 @@ void DeleteExceptionTable() {
     platform::ScopedLock const hold(tableLock);
     delete exceptionTable;
     exceptionTable = nullptr;
-    entryCount.store(0, std::memory_order_relaxed);
+    detail::threadExceptionCount.store(0, std::memory_order_relaxed);
 }
 
 /// Takes the calling thread's entry out and gives it; null without one.
 CXException* TakeThreadException() {
-    if (entryCount.load(std::memory_order_relaxed) == 0) // an archive asks twice for each object that it loads
+    if (detail::threadExceptionCount.load(std::memory_order_relaxed) == 0)
         return nullptr;
     unsigned long long const thread = platform::GetCurrentThreadId();
     platform::ScopedLock const hold(tableLock);

@@ -2,7 +2,7 @@
 #include "zeltools/foundation/xruntime_class.h"
 
 #include "zeltools/foundation/hash_map.h"
-#include "zeltools/foundation/thread_exceptions.h"
+#include "zeltools/foundation/thread_exceptions_private.h"
 #include "zeltools/foundation/xruntime_class_private.h"
 #include "zeltools/foundation/xstring.h"
 #include "zeltools/platform/critical_section.h"
@@ -24,7 +24,7 @@ CXObject* CXRuntimeClass::CreateObject() const {
     if (!createObject)
         return nullptr;
     CXObject* const object = createObject();
-    XDeleteThreadException(); // what the constructor caught and left behind
+    detail::DropThreadException(); // what the constructor caught and left behind
     return object;
 }
 

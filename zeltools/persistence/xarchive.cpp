@@ -318,11 +318,8 @@ void CXArchive::WriteCount(unsigned long long count) {
         *this << 0xFFFFFFFFu << count;
 }
 
-unsigned long long CXArchive::ReadCount() {
-    unsigned short shortCount;
-    *this >> shortCount;
-    if (shortCount != 0xFFFF)
-        return shortCount;
+/// Reads what follows the 16 bits of a count that does not fit into them.
+unsigned long long CXArchive::ReadLongCount() {
     unsigned int count;
     *this >> count;
     if (count != 0xFFFFFFFF)

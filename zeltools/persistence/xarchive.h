@@ -209,7 +209,11 @@ public:
 
     /// Writes a count in 2, 6 or 14 bytes.
     void WriteCount(unsigned long long count);
-    unsigned long long ReadCount();
+    unsigned long long ReadCount() {
+        unsigned short shortCount;
+        *this >> shortCount;
+        return shortCount != 0xFFFF ? shortCount : ReadLongCount();
+    }
 
     /// Writes a text up to its first zero; a narrow one as it is, a wide one as UTF-16.
     CXArchive& operator<<(CXTString<char> const& text);
@@ -354,6 +358,7 @@ private:
     void WriteThrough(unsigned char const* data, unsigned long long count);
     unsigned long long ReadThrough(unsigned char* data, unsigned long long count);
     void Refill(unsigned long long needed);
+    unsigned long long ReadLongCount();
 
     unsigned long long ReadLength(xStringEncoding& encoding, unsigned long long& consumed);
     void StepBack(unsigned long long count);
@@ -363,7 +368,9 @@ private:
     StoreMap& Stored();
     unsigned int TakeTag();
     void WriteReference(unsigned int tag, unsigned int classBit);
+    unsigned int ReadTag(bool& isNewClass);
     loadedPtr FindClass(unsigned int tag) const;
+    loadedPtr ClassOf(unsigned int tag, bool isNewClass, CXRuntimeClass const* requested);
     loadedPtr ReadNewClass();
     CXObject* FindObject(unsigned int tag, CXRuntimeClass const* requested) const;
     CXObject* ReadNewObject(CXRuntimeClass const& record, unsigned int storedSchema);

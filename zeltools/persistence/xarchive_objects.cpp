@@ -10,7 +10,7 @@
 //
 // An object takes its tag before its Serialize runs, so a part that points back to it finds it there.
 
-#include "zeltools/foundation/thread_exceptions.h"
+#include "zeltools/foundation/thread_exceptions_private.h"
 #include "zeltools/persistence/xarchive.h"
 #include "zeltools/persistence/xarchive_private.h"
 
@@ -43,8 +43,8 @@ private:
 };
 
 /// Gives the next tag, which must leave bit 31 free.
-unsigned int CXArchive::TakeTag() {
-    if (mapCount >= detail::ClassTagBit)
+inline unsigned int CXArchive::TakeTag() {
+    if (mapCount >= detail::ClassTagBit) [[unlikely]]
         detail::ThrowInvalidArg();
     return mapCount++;
 }
@@ -116,36 +116,21 @@ void CXArchive::SerializeClass(CXRuntimeClass const* record) {
 // ---------------------------------------------------------------------------------------------------------------
 // Loading
 
-CXRuntimeClass const* CXArchive::ReadClass(CXRuntimeClass const* requested, unsigned int* storedSchema,
-                                           unsigned int* objectTag) {
-    if (IsStoring() || (requested && !requested->IsSerializable()))
-        Throw(CXArchiveException::genericException);
+// A stream of a million objects comes through here a million times, so what an object needs is inline.
+
+/// Reads the tag of what comes next: bit 31 tells a class.
+inline unsigned int CXArchive::ReadTag(bool& isNewClass) {
     unsigned short shortTag;
     *this >> shortTag;
+    isNewClass = shortTag == detail::NewClassTag;
     unsigned int tag = (shortTag & 0x8000u) << 16 | (shortTag & 0x7FFFu);
     if (shortTag == detail::LongTag)
         *this >> tag;
-    if ((tag & detail::ClassTagBit) == 0) {
-        if (!objectTag)
-            Throw(CXArchiveException::badIndex);
-        *objectTag = tag;
-        return nullptr;
-    }
-
-    schema = detail::NoSchema;
-    loadedPtr const found = shortTag == detail::NewClassTag ? ReadNewClass() : FindClass(tag & ~detail::ClassTagBit);
-    auto const* const record = static_cast<CXRuntimeClass const*>(found.pointer);
-    if (requested && !record->IsDerivedFrom(requested))
-        Throw(CXArchiveException::badClass);
-    if (storedSchema)
-        *storedSchema = found.schema;
-    if (objectTag)
-        *objectTag = tag;
-    return record;
+    return tag;
 }
 
 /// The class that an earlier place of the stream gave this tag.
-CXArchive::loadedPtr CXArchive::FindClass(unsigned int tag) const {
+inline CXArchive::loadedPtr CXArchive::FindClass(unsigned int tag) const {
     if (tag == 0 || tag >= static_cast<unsigned int>(loadArray.GetSize()) ||
         loadArray.GetData()[tag].kind != loadedPtr::Class)
         Throw(CXArchiveException::badIndex);
@@ -169,18 +154,38 @@ CXArchive::loadedPtr CXArchive::ReadNewClass() {
     return entry;
 }
 
-CXObject* CXArchive::ReadObject(CXRuntimeClass const* requested) {
-    if (IsStoring())
-        Throw(CXArchiveException::archiveIsStoring);
-    unsigned int storedSchema = detail::NoSchema;
-    unsigned int tag = 0;
-    if (CXRuntimeClass const* const record = ReadClass(requested, &storedSchema, &tag))
-        return ReadNewObject(*record, storedSchema);
-    return FindObject(tag, requested);
+/// The class that a tag of one stands for, which must be `requested` or derive from it.
+inline CXArchive::loadedPtr CXArchive::ClassOf(unsigned int tag, bool isNewClass, CXRuntimeClass const* requested) {
+    schema = detail::NoSchema;
+    loadedPtr const found = isNewClass ? ReadNewClass() : FindClass(tag & ~detail::ClassTagBit);
+    auto const* const record = static_cast<CXRuntimeClass const*>(found.pointer);
+    if (requested && record != requested && !record->IsDerivedFrom(requested))
+        Throw(CXArchiveException::badClass);
+    return found;
+}
+
+CXRuntimeClass const* CXArchive::ReadClass(CXRuntimeClass const* requested, unsigned int* storedSchema,
+                                           unsigned int* objectTag) {
+    if (IsStoring() || (requested && !requested->IsSerializable()))
+        Throw(CXArchiveException::genericException);
+    bool isNewClass = false;
+    unsigned int const tag = ReadTag(isNewClass);
+    if ((tag & detail::ClassTagBit) == 0) {
+        if (!objectTag)
+            Throw(CXArchiveException::badIndex);
+        *objectTag = tag;
+        return nullptr;
+    }
+    loadedPtr const found = ClassOf(tag, isNewClass, requested);
+    if (storedSchema)
+        *storedSchema = found.schema;
+    if (objectTag)
+        *objectTag = tag;
+    return static_cast<CXRuntimeClass const*>(found.pointer);
 }
 
 /// The object that an earlier place of the stream gave this tag; null for one that could not be read.
-CXObject* CXArchive::FindObject(unsigned int tag, CXRuntimeClass const* requested) const {
+inline CXObject* CXArchive::FindObject(unsigned int tag, CXRuntimeClass const* requested) const {
     if (tag >= static_cast<unsigned int>(loadArray.GetSize()))
         Throw(CXArchiveException::badIndex);
     loadedPtr const& entry = loadArray.GetData()[tag];
@@ -192,7 +197,7 @@ CXObject* CXArchive::FindObject(unsigned int tag, CXRuntimeClass const* requeste
     return object;
 }
 
-CXObject* CXArchive::ReadNewObject(CXRuntimeClass const& record, unsigned int storedSchema) {
+inline CXObject* CXArchive::ReadNewObject(CXRuntimeClass const& record, unsigned int storedSchema) {
     Nesting const level(*this);
     std::unique_ptr<CXObject> object(record.CreateObject());
     if (!object)
@@ -215,6 +220,19 @@ CXObject* CXArchive::ReadNewObject(CXRuntimeClass const& record, unsigned int st
         loadArray[tag].pointer = nullptr; // the tag stays, so that the count goes on, but leads to no deleted object
         throw;
     }
-    XDeleteThreadException(); // what Serialize caught and left behind
+    detail::DropThreadException(); // what Serialize caught and left behind
     return object.release();
+}
+
+CXObject* CXArchive::ReadObject(CXRuntimeClass const* requested) {
+    if (IsStoring())
+        Throw(CXArchiveException::archiveIsStoring);
+    if (requested && !requested->IsSerializable())
+        Throw(CXArchiveException::genericException);
+    bool isNewClass = false;
+    unsigned int const tag = ReadTag(isNewClass);
+    if ((tag & detail::ClassTagBit) == 0)
+        return FindObject(tag, requested);
+    loadedPtr const found = ClassOf(tag, isNewClass, requested);
+    return ReadNewObject(*static_cast<CXRuntimeClass const*>(found.pointer), found.schema);
 }
