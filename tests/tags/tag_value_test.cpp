@@ -1,14 +1,129 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/tags/tag_value.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/printers.h"
 
-TEST(TagValue, InitTypePreparesOnlyTypesThatHaveAnObject) {
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <new>
+#include <string>
+
+namespace {
+
+TEST(TagValue, InitTypeTakesTypesThatHaveAnObject) {
+    struct Row {
+        unsigned int argument;
+        unsigned int type;
+    };
+    Row const rows[] = {
+        {TAGDATA_TEXT, TAGDATA_TEXT},
+        {TAGDATA_INTS, TAGDATA_INTS},
+        {TAGDATA_DATE | TAGFLAG_READONLY, TAGDATA_DATE},
+        {TAGDATA_CUSTOMINFO, TAGDATA_CUSTOMINFO},
+        {0x701, 0x701},
+        {TAGDATA_UINT, 0}, // its setter is to be called
+        {TAGDATA_LENGTH, 0},
+        {TAGFLAG_HIDDEN, 0},
+    };
+    for (Row const& row : rows) {
+        CTagValue value;
+        value.SetInt(7);
+        value.InitType(static_cast<_TAGDATA_INFO>(row.argument));
+        EXPECT_EQ(value.GetDataType(), row.type);
+        EXPECT_EQ(value.GetInt(), 7);
+    }
+}
+
+TEST(TagValue, ObjectsSurviveAChangeOfTypeAndAreReusedEmpty) {
     CTagValue value;
-    value.InitType(TAGDATA_UINT);
-    EXPECT_TRUE(value.IsEmpty());
+    value.SetText(u"Wood");
+    CXTString<char16_t>* const text = &value.GetText();
     value.SetUInt(3);
-    EXPECT_EQ(value.GetDataType(), TAGDATA_UINT);
-    value.InitType(static_cast<_TAGDATA_INFO>(TAGDATA_TEXT | TAGFLAG_READONLY));
+    EXPECT_EQ(value.GetText(), u"Wood");
+    value.InitType(TAGDATA_FILENAME);
+    EXPECT_EQ(&value.GetText(), text);
+    EXPECT_TRUE(text->IsEmpty());
+
+    value.SetDate(CXTime(86400));
+    value.AddFloat(1);
+    value.SetText(u"again");
+    value.Init();
+    EXPECT_TRUE(value.IsEmpty());
+    EXPECT_TRUE(value.GetText().IsEmpty());
+    EXPECT_EQ(value.GetDate().GetTime(), 86400); // the one object that is left alone
+    value.InitType(TAGDATA_DATE);
+    EXPECT_EQ(value.GetDate().GetTime(), 86400);
+}
+
+TEST(TagValue, AddingBeginsANewValueWhereTheTypeIsAnother) {
+    CTagValue value;
+    value.AddText(u"a");
+    value.AddText(u"b");
+    EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
+    value.SetFilename(u" c");
+    value.AddText(u"d ");
+    EXPECT_EQ(value.GetDataType(), TAGDATA_FILENAME);
+    value.TrimText();
+    EXPECT_EQ(value.GetFilename(), u"cd");
+
+    value.AddInt(-1);
+    value.AddUInt(2);
+    EXPECT_EQ(value.GetDataType(), TAGDATA_INTS);
+    EXPECT_EQ(value.GetUIntArray(false).GetSize(), 2);
+    value.AddFloat(1);
+    value.AddUInt(5);
+    EXPECT_EQ(value.GetDataType(), TAGDATA_UINTS);
+    EXPECT_EQ(value.GetUIntArray(false).GetSize(), 1);
+    EXPECT_EQ(value.GetUIntArray(true).GetSize(), 0);
+}
+
+TEST(TagValue, TakesItsOwnContent) {
+    CTagValue value;
+    value.SetText(u"Wood");
+    value.SetFilename(value.GetText());
+    value.SetText(static_cast<char16_t const*>(value.GetText()) + 1);
+    EXPECT_EQ(value.GetText(), u"ood");
+    value.AddUInt(4);
+    value.SetUIntArray(value.GetUIntArray(false));
+    EXPECT_EQ(value.GetUIntArray(false).GetSize(), 1);
+    value.SetCustomInfo("abc", 3);
+    unsigned int size = 0;
+    void const* const bytes = value.GetCustomPtr(size);
+    value.SetCustomInfo(static_cast<char const*>(bytes) + 1, 2);
+    void const* kept = nullptr;
+    value.GetCustomInfo(kept, size);
+    EXPECT_EQ(std::string(static_cast<char const*>(kept), size), "bc");
+}
+
+TEST(TagValue, FloatArrayGoesByTheUnsignedOne) {
+    CTagValue value;
+    value.AddFloat(1);
+    EXPECT_EQ(value.GetFloatArray(false).GetSize(), 0); // no unsigned array: a new one each time
+    value.AddFloat(2);
+    value.GetUIntArray(false);
+    EXPECT_EQ(value.GetFloatArray(false).GetSize(), 1);
+    EXPECT_EQ(value.GetFloatArray(true).GetSize(), 0);
+
+    CTagValue other;
+    other.AddUInt(1);
+    CTagValue::FloatArray& nobodys = other.GetFloatArray(false);
+    nobodys.Add(3);
+    EXPECT_EQ(other.GetFloatArray(false).GetSize(), 0);
+    CTagValue::FloatArray three;
+    three.Add(3);
+    other.SetFloatArray(three);
+    EXPECT_EQ(other.GetFloatArray(false).GetSize(), 1);
+}
+
+TEST(TagValue, CopyIsAViewOfTheSameObjects) {
+    CTagValue value;
+    value.SetText(u"Wood");
+    alignas(CTagValue) std::byte room[sizeof(CTagValue)];
+    CTagValue& view = *new (room) CTagValue(value); // never destroyed, since the source is
+    EXPECT_EQ(&view.GetText(), &value.GetText());
+    EXPECT_EQ(view.GetDataType(), TAGDATA_TEXT);
+    view.SetUInt(1);
     EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
 }
+
+} // namespace

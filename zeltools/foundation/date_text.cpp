@@ -2,13 +2,12 @@
 #include "zeltools/foundation/date_text.h"
 
 #include "zeltools/foundation/characters.h"
-#include "zeltools/foundation/xload_string.h"
+#include "zeltools/foundation/text_format.h"
 #include "zeltools/platform/clock.h"
 #include "zeltools/platform/language.h"
 #include "zeltools/resources/string_table_private.h"
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -28,6 +27,11 @@ int FindName(std::u16string_view word, unsigned int firstRow, int count) {
         }
     }
     return -1;
+}
+
+/// The name at a place of a run of rows, in the thread's language.
+char16_t const* Name(unsigned int firstRow, int index) {
+    return platform::FindString(firstRow + static_cast<unsigned int>(index), platform::GetThreadUILanguage()).data();
 }
 
 bool IsDigit(char16_t unit) {
@@ -247,23 +251,23 @@ private:
 } // namespace
 
 CXTString<char16_t> GetFileDateString(CXTime const& time, bool date, bool hour, bool text) {
-    CXTString<char16_t> result;
     std::tm local;
     if (!time.GetLocalTm(&local))
-        return result;
+        return {};
+    // In one piece beside the heap, since lists of files ask this for every row.
+    constexpr std::size_t room = 80;
+    char16_t result[room];
     int const year = local.tm_year + 1900;
-    if (text) {
-        result.Format(
-            u"%s %d %s %04d",
-            static_cast<char16_t const*>(xLoadString(firstDayName + static_cast<unsigned int>(local.tm_wday))),
-            local.tm_mday,
-            static_cast<char16_t const*>(xLoadString(firstMonthName + static_cast<unsigned int>(local.tm_mon))), year);
-    } else if (date) {
-        result.Format(u"%02d/%02d/%04d", local.tm_mday, local.tm_mon + 1, year);
-    }
+    int length = 0;
+    if (text)
+        length = xFormat(result, room, u"%s %d %s %04d", Name(firstDayName, local.tm_wday), local.tm_mday,
+                         Name(firstMonthName, local.tm_mon), year);
+    else if (date)
+        length = xFormat(result, room, u"%02d/%02d/%04d", local.tm_mday, local.tm_mon + 1, year);
     if (hour)
-        result.AppendFormat(u" %02d:%02d", local.tm_hour, local.tm_min);
-    return result;
+        length += xFormat(result + length, room - static_cast<std::size_t>(length), u" %02d:%02d", local.tm_hour,
+                          local.tm_min);
+    return {result, length};
 }
 
 bool ConvertText2Time(CXTString<char16_t> const& text, CXTime& time) {

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "zeltools/files/paths/shell_type.h"
+
+#include "tests/support/printers.h"
+#include "tests/support/temporary_folder.h"
+#include "zeltools/foundation/thread_language.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+TEST(ShellGetType, FallsBackToTheExtension) {
+    SetThreadLanguage(1033);
+    EXPECT_EQ(ShellGetType(u"\\no\\such\\a.NoSuchType"), u"NOSUCHTYPE");
+    EXPECT_EQ(ShellGetType(u"http://host/a.nosuch?q=1"), u"NOSUCH");
+    EXPECT_EQ(ShellGetType(u"\\no\\such\\a"), u"File");
+    EXPECT_EQ(ShellGetType(u"a."), u"File");
+    EXPECT_EQ(ShellGetType(u""), u"File");
+    SetThreadLanguage(0);
+}
+
+TEST(ShellGetType, AsksTheDesktop) {
+    if (!std::filesystem::exists("/usr/share/mime/mime.cache"))
+        GTEST_SKIP() << "this machine has no descriptions of types";
+    CXTString<char16_t> const picture = ShellGetType(u"C:\\no\\such\\a.JPG");
+    EXPECT_GE(picture.Find(u"JPEG"), 0);
+    TemporaryFolder const folder;
+    folder.Write("a.jpg/inside");
+    EXPECT_NE(ShellGetType(folder.Path("a.jpg").c_str()), picture); // a directory, whatever its name says
+
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&picture] {
+            for (int round = 0; round < 100; ++round)
+                ASSERT_EQ(ShellGetType(u"b.jpg"), picture);
+        });
+}
+
+} // namespace

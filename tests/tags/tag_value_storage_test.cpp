@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/printers.h"
+#include "tests/support/time_zone.h"
+#include "zeltools/foundation/four_cc.h"
+#include "zeltools/tags/tag_value.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+constexpr unsigned int id = FourCC("TAGV");
+
+std::string StoredBytes(CCustomData const& data) {
+    unsigned int size = 0;
+    auto const* const bytes = static_cast<char const*>(data.GetCustomPtr(id, size));
+    return bytes ? std::string(bytes, size) : "<none>";
+}
+
+struct StorageRow {
+    char const* name;
+    void (*fill)(CTagValue& value);
+    unsigned int kind;
+    std::string bytes;
+};
+
+class TagValueStorage : public testing::TestWithParam<StorageRow> {};
+
+TEST_P(TagValueStorage, StoresTheseBytesAndReadsThemBack) {
+    TimeZone const zone(TimeZone::Paris);
+    CTagValue value;
+    GetParam().fill(value);
+    CCustomData data;
+    ASSERT_EQ(value.SetValueToData(data, id), 1);
+    EXPECT_EQ(data.GetDataKindOf(id), GetParam().kind);
+    EXPECT_EQ(StoredBytes(data), GetParam().bytes);
+
+    CTagValue back;
+    ASSERT_EQ(back.GetValueFromData(data, id, static_cast<_TAGDATA_INFO>(value.GetDataType() | TAGFLAG_HIDDEN)), 1);
+    EXPECT_EQ(back.GetDataType(), value.GetDataType());
+    CCustomData again;
+    EXPECT_EQ(back.SetValueToData(again, id), 1);
+    EXPECT_TRUE(again.IsEqual(data));
+
+    value.Init();
+    EXPECT_EQ(value.SetValueToData(data, id), 0);
+    EXPECT_TRUE(data.HasData(id));
+    EXPECT_EQ(back.GetValueFromData(data, id + 1, back.GetDataType()), 0);
+    EXPECT_TRUE(back.IsEmpty());
+}
+
+StorageRow const storageRows[] = {
+    {"Filename", [](CTagValue& v) { v.SetFilename(u"a\u00E9"); }, CustomDataWide, {"a\0\xE9\0\0\0", 6}},
+    {"EmptyText", [](CTagValue& v) { v.SetText(u""); }, CustomDataWide, {"\0\0", 2}},
+    {"Int", [](CTagValue& v) { v.SetInt(-2); }, CustomDataUInt, "\xFE\xFF\xFF\xFF"},
+    {"Length", [](CTagValue& v) { v.SetLength(1.5F); }, CustomDataFloat, {"\0\0\xC0\x3F", 4}},
+    {"Date", // Tuesday 2 September 2003, 22:05:07 by the clocks of Paris
+     [](CTagValue& v) { v.SetDate(CXTime(2003, 9, 2, 22, 5, 7, -1)); },
+     CustomDataBinary,
+     {"\xD3\x07\x09\0\x02\0\x02\0\x16\0\x05\0\x07\0\0\0", 16}},
+    {"Strings",
+     [](CTagValue& v) {
+         CTagValue::StringArray strings;
+         strings.Add(u"a");
+         strings.Add(u"");
+         v.SetStringArray(strings);
+     },
+     CustomDataWideList,
+     {"a\0\0\0\0\0", 6}},
+    {"Ints", [](CTagValue& v) { v.AddInt(-1), v.AddInt(2); }, CustomDataBinary, {"\xFF\xFF\xFF\xFF\2\0\0\0", 8}},
+    {"Floats", [](CTagValue& v) { v.AddFloat(-2); }, CustomDataBinary, {"\0\0\0\xC0", 4}},
+    {"Custom",
+     [](CTagValue& v) { v.SetCustomData({}), v.GetCustomData().SetInt(FourCC("ABCD"), 3); },
+     CustomDataNested,
+     {"DCBA\4\0\0\0TNI \3\0\0\0", 16}},
+    {"CustomInfo", [](CTagValue& v) { v.SetCustomInfo("bytes", 5); }, CustomDataBinary, "bytes"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, TagValueStorage, testing::ValuesIn(storageRows),
+                         [](auto const& row) { return row.param.name; });
+
+TEST(TagValueStorage, EmptyArraysAndMissingBytesRemoveTheId) {
+    for (unsigned int const type : {TAGDATA_STRINGS, TAGDATA_INTS, TAGDATA_FLOATS, TAGDATA_CUSTOMINFO}) {
+        CCustomData data;
+        data.SetInt(id, 1);
+        CTagValue value;
+        value.InitType(static_cast<_TAGDATA_INFO>(type));
+        EXPECT_EQ(value.SetValueToData(data, id), 1);
+        EXPECT_FALSE(data.HasData(id)) << type;
+    }
+    CTagValue value;
+    value.SetDate(CXTime(1LL << 62)); // a year that a date has no room for
+    CCustomData data;
+    EXPECT_EQ(value.SetValueToData(data, id), 0);
+}
+
+TEST(TagValueStorage, RefusesWhatWasStoredAsSomethingElse) {
+    SYSTEMTIME const noDate{2003, 13, 0, 40, 25, 61, 61, 0};
+    struct Row {
+        unsigned int type;
+        void (*store)(CCustomData& data);
+    };
+    Row const rows[] = {
+        {TAGDATA_UINT, [](CCustomData& data) { data.SetInt(id, 1); }},
+        {TAGDATA_UINT, [](CCustomData& data) { data.SetULongInt(id, 1); }},
+        {TAGDATA_FLOAT, [](CCustomData& data) { data.SetUInt(id, 1); }},
+        {TAGDATA_DATE, [](CCustomData& data) { data.SetBinary(id, "fifteen bytes..", 15); }},
+        {TAGDATA_DATE, [](CCustomData& data) { data.SetArray(id, "four elements", 3, 4); }},
+        {TAGDATA_UINTS, [](CCustomData& data) { data.SetUInt(id, 1); }},
+        {TAGDATA_FLOATS, [](CCustomData& data) { data.SetBinary(id, "abc", 3); }},
+        {TAGDATA_STRINGS, [](CCustomData& data) { data.SetBinary(id, "abcd", 4); }},
+        {TAGDATA_CUSTOM, [](CCustomData& data) { data.SetBinary(id, "abcd", 4); }},
+        {0x300, [](CCustomData& data) { data.SetBinary(id, "abcd", 4); }},
+    };
+    for (Row const& row : rows) {
+        CCustomData data;
+        row.store(data);
+        CTagValue value;
+        EXPECT_EQ(value.GetValueFromData(data, id, static_cast<_TAGDATA_INFO>(row.type)), 0) << row.type;
+        EXPECT_TRUE(value.IsEmpty());
+    }
+    CCustomData data;
+    data.SetBinary(id, &noDate, sizeof(noDate));
+    CTagValue value;
+    value.GetValueFromData(data, id, TAGDATA_DATE); // out of range, but never out of bounds
+    data.SetBinary(id, "1234567", 7);
+    EXPECT_EQ(value.GetValueFromData(data, id, TAGDATA_UINTS), 1);
+    EXPECT_EQ(value.GetUIntArray(false).GetSize(), 1); // the rest is no element
+    data.SetInt(id, 5);
+    value.SetText(u"before");
+    EXPECT_EQ(value.GetValueFromData(data, id, TAGDATA_TEXT), 1); // any value is a text, if an empty one
+    EXPECT_EQ(value.GetText(), u"");
+}
+
+TEST(TagValueStorage, ReadsItsOwnStore) {
+    CTagValue value;
+    value.SetCustomData({});
+    value.GetCustomData().SetString(id, u"inside");
+    EXPECT_EQ(value.GetValueFromData(value.GetCustomData(), id, TAGDATA_TEXT), 1);
+    EXPECT_EQ(value.GetText(), u"inside");
+}
+
+TEST(TagValue, ReadsTextAndNumberThroughAPointer) {
+    CTagValue value;
+    CXTString<char16_t> const text(u"Wood");
+    unsigned int const number = 0xFFFFFFFF;
+    EXPECT_EQ(value.GetValueFromVoid(&text, TAGDATA_FILENAME), 1);
+    EXPECT_EQ(value.GetValueFromVoid(nullptr, TAGDATA_TEXT), 0);
+    EXPECT_EQ(value.GetFilename(), u"Wood");
+    EXPECT_EQ(value.GetValueFromVoid(&number, TAGDATA_COLOR), 1);
+    EXPECT_EQ(value.GetFileSize(), number);
+    EXPECT_EQ(value.GetValueFromVoid(&number, TAGDATA_FLOAT), 0);
+    EXPECT_TRUE(value.IsEmpty());
+}
+
+} // namespace
