@@ -30,8 +30,11 @@ void Replace(CCustomRichEditCtrl& control, int first, int last, char16_t const* 
     control.ReplaceSel(text, false);
 }
 
+/// Whether a line has no character. Its length would tell as well, but takes reading a long line to its end.
 bool IsBlankLine(CCustomRichEditCtrl const& control, int line) {
-    return control.LineLength(control.LineIndex(line)) == 0;
+    int const first = control.LineIndex(line);
+    CXTString<char16_t> const next = control.GetTextRange(first, first + 1);
+    return next.IsEmpty() || next[0] == u'\r';
 }
 
 /// Takes a blank line out: with its own break, or where it is the last one with the break before it.
