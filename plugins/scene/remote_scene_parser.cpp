@@ -4,6 +4,8 @@
 #include "media/media_io.h"
 #include "media/named_options.h"
 #include "plugins/scene/export_folder.h"
+#include "plugins/scene/quick/quick_file.h"
+#include "plugins/scene/quick/quick_header.h"
 #include "plugins/scene/scene_check.h"
 #include <zeltools/files/io_options.h>
 #include <zeltools/files/paths/native_names.h>
@@ -77,7 +79,31 @@ SceneRequest RemoteSceneParser::MakeRequest(SceneTask task, MediaLimits const& l
 }
 
 bool RemoteSceneParser::ReadHeader(CSceneDocument& scene, MediaLimits const& limits, CIoOptions*) {
+    try {
+        QuickFile file(NativeName(GetIoMgr()->GetCompleteName()), [this] {
+            if (ShouldCancelParser()) {
+                throw Stopped();
+            }
+        });
+        if (file.IsOpen() && ReadQuickHeader(format, file, scene)) {
+            return CheckCounts(scene, limits);
+        }
+    } catch (Stopped const&) {
+        // The worker's reading begins with the same question, and tells what stopped it.
+    }
+    scene.Clear();
     return Load(SceneTask::ReadHeader, scene, limits);
+}
+
+bool RemoteSceneParser::CheckCounts(CSceneDocument& scene, MediaLimits const& limits) const {
+    unsigned long long const faces = *scene.counts.faces;
+    unsigned long long const vertices = *scene.counts.vertices;
+    if (faces <= limits.maxFaces && vertices <= limits.maxVertices) {
+        return true;
+    }
+    scene.Clear();
+    return faces > limits.maxFaces ? FailBeyondLimit(MediaLimit::Faces, faces, limits.maxFaces)
+                                   : FailBeyondLimit(MediaLimit::Vertices, vertices, limits.maxVertices);
 }
 
 bool RemoteSceneParser::Read(CSceneDocument& scene, MediaLimits const& limits, CIoOptions*) {

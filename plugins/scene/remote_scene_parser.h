@@ -15,8 +15,10 @@ public:
     RemoteSceneParser(CMediaIo* owner, SceneWorkers& pool, char const* formatWord)
         : CSceneParser(owner), workers(pool), format(formatWord) {}
 
-    /// assimp reads a file whole or not at all; the worker does so, and sends all but the geometry. So every count is
-    /// known, and the bounding box too.
+    /// Goes through the plain forms of a few formats here (quick/quick_header.h). assimp reads a file whole or not at
+    /// all; for the rest the worker does so, and sends all but the geometry. Either way the bounding box, the
+    /// materials, the metadata and nearly all counts are known; nodes, cameras and lights only where the worker was
+    /// asked.
     bool ReadHeader(CSceneDocument& scene, MediaLimits const& limits, CIoOptions* options) override;
     bool Read(CSceneDocument& scene, MediaLimits const& limits, CIoOptions* options) override;
     /// The options, as name=value: "encoding" is "binary" or "text" (stl and ply: binary; fbx: text), "materials" may
@@ -26,6 +28,7 @@ public:
 
 private:
     SceneRequest MakeRequest(SceneTask task, MediaLimits const& limits) const;
+    bool CheckCounts(CSceneDocument& scene, MediaLimits const& limits) const;
     bool Load(SceneTask task, CSceneDocument& scene, MediaLimits const& limits);
     /// Sends a request by `send`, and takes what follows a successful reply by `receive`. False with the error told.
     /// @param longestMs  After which the worker is stopped; 0 for never.
