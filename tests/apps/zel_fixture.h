@@ -68,6 +68,7 @@ protected:
         fs::path const outputPath = folder / "output";
         fs::path const errorsPath = folder / "errors";
         int const status = Wait(Start(std::move(arguments), outputPath, errorsPath));
+        EXPECT_NE(status, FoundByThreadSanitizer) << ReadWhole(errorsPath);
         return {status, ReadWhole(outputPath), ReadWhole(errorsPath)};
     }
 
@@ -88,8 +89,11 @@ protected:
         std::string const data = "XDG_DATA_HOME=" + (folder / "home/data").string();
         std::string const common = "ZELTOOLS_COMMON_DATA=" + (folder / "home/common").string();
         std::string const plugins = "ZELTOOLS_PLUGINS=" + pluginFolder.string();
-        std::array<char const*, 8> const environment = {home.c_str(),    data.c_str(), common.c_str(), "TZ=UTC",
-                                                        plugins.c_str(), "LC_ALL=C",   "PATH=/bin",    nullptr};
+        // A thread sanitizer ends the program at once, also one that would leave without looking back.
+        std::array<char const*, 9> const environment = {
+            home.c_str(),    data.c_str(), common.c_str(), "TZ=UTC",
+            plugins.c_str(), "LC_ALL=C",   "PATH=/bin",    "TSAN_OPTIONS=halt_on_error=1:exitcode=66:atexit_sleep_ms=0",
+            nullptr};
         pid_t child = 0;
         int const error =
             posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), const_cast<char**>(environment.data()));
@@ -97,6 +101,8 @@ protected:
         EXPECT_EQ(error, 0);
         return child;
     }
+
+    static constexpr int FoundByThreadSanitizer = 66;
 
     /// The exit status, or 1000 plus what ended the program otherwise.
     static int Wait(pid_t child) {

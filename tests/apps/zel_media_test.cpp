@@ -171,6 +171,43 @@ TEST_P(ZelInterrupted, EndsAtOnceWithWhatIsDone) {
 }
 INSTANTIATE_TEST_SUITE_P(Parser, ZelInterrupted, testing::Values("loop", "hang", "fifo"));
 
+TEST_F(ZelMedia, InterruptionMeetsBusyWorkers) {
+    constexpr char const* contents[] = {"slow 3", "image 2 2", "nonsense", "second"};
+    for (int i = 0; i < 400; ++i) {
+        Make("d/" + std::to_string(i) + (i % 9 == 0 ? ".alo" : ".tim"), contents[i % 4]);
+    }
+    Make("e.tim", "loop"); // so that there is an end to interrupt, however fast the machine is
+    Outcome const whole = Run({"list", "--json", "--threads", "8", Tree() + "/d"});
+    Json const all = Json::parse(whole.output).at("files");
+    fs::path const pipe = folder / "pipe";
+    mkfifo(pipe.c_str(), 0600);
+    int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    pid_t const child =
+        Start({ZEL_PROGRAM, "list", "--json", "--progress=json", "--threads", "8", Tree() + "/d", Tree() + "/e.tim"},
+              pipe, folder / "errors");
+    pollfd readable{reader, POLLIN, 0};
+    EXPECT_EQ(poll(&readable, 1, 60'000), 1);
+    kill(child, SIGINT);
+    fcntl(reader, F_SETFL, 0);
+    std::string output;
+    char buffer[65536];
+    for (ssize_t count = 1; (count = read(reader, buffer, sizeof buffer)) > 0;) {
+        output.append(buffer, static_cast<std::size_t>(count));
+    }
+    close(reader);
+    EXPECT_EQ(Wait(child), 130) << ReadWhole(folder / "errors");
+    Json const result = Json::parse(output);
+    EXPECT_EQ(result.at("interrupted"), true);
+    // What is told comes in the order of a list that nobody interrupts; what was not done yet is left out.
+    std::size_t place = 0;
+    for (Json const& row : result.at("files")) {
+        while (place < all.size() && all[place] != row) {
+            ++place;
+        }
+        ASSERT_LT(place, all.size()) << row;
+    }
+}
+
 TEST_F(ZelMedia, ConvertWritesWholeFilesOrNone) {
     std::string const in = Make("in.tim", "image 3 4");
     std::string const out = folder / "tree/out.tim";
