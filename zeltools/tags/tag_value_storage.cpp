@@ -58,12 +58,16 @@ bool ReadStore(CCustomData const& data, unsigned int id, CCustomData& target) {
 
 /// Reads the bytes of a value, of any kind.
 bool ReadInfo(CCustomData const& data, unsigned int id, CCustomData& target) {
-    CXSingleLock const hold(data.GetThreadLock(), true);
-    unsigned int size = 0;
-    void const* const bytes = data.GetCustomPtr(id, size);
-    if (!bytes)
-        return false;
-    target.SetBinary(CTagValue::CustomInfoId, bytes, size);
+    CCustomData info; // between the two, so that nobody holds the locks of both
+    {
+        CXSingleLock const hold(data.GetThreadLock(), true);
+        unsigned int size = 0;
+        void const* const bytes = data.GetCustomPtr(id, size);
+        if (!bytes)
+            return false;
+        info.SetBinary(CTagValue::CustomInfoId, bytes, size);
+    }
+    target = info;
     return true;
 }
 
