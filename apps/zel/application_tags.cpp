@@ -210,7 +210,7 @@ ApplicationTag const Rows[] = {
          }
      }},
 
-    {"meta:name", TAGDATA_TEXT, MetadataGroup, "A line of the metadata; any name may stand behind the colon", "Canon",
+    {"meta:name", TAGDATA_TEXT, MetadataGroup, "A line of the metadata; any name behind the colon", "Canon",
      TagNeeds::Metadata, nullptr},
 };
 

@@ -41,6 +41,9 @@ enum class SortBy {
     Kind
 };
 
+/// More workers than any machine has processors are a slip of the finger.
+constexpr unsigned int MaxThreads = 1024;
+
 struct ListOptions {
     std::vector<std::string> paths; ///< Native names of files and folders.
     bool recursive = false;
@@ -70,8 +73,40 @@ struct ConvertOptions {
     MediaLimits limits;
 };
 
+/// New names for files.
+struct RenameOptions {
+    ListOptions files; ///< Which files, in which order, and how they are opened.
+    TemplateOptions wording;
+    bool apply = false;           ///< Otherwise it is only told what would be done.
+    bool folders = false;         ///< Whether slashes in a new name lead into folders.
+    bool wholeName = false;       ///< Whether the template gives the extension too, whatever it looks like.
+    unsigned long long start = 1; ///< The first file's number.
+    bool json = false;
+};
+
+/// What is asked about templates.
+struct TemplateCheckOptions {
+    TemplateOptions wording;
+    bool json = false;
+};
+
 /// Lists files and folders with what the toolkit knows of them by name, and totals by kind.
 int RunList(ListOptions const& options);
+
+/// Adds `zel rename` to the command line.
+CLI::App* AddRenameCommand(CLI::App& app, RenameOptions& options);
+
+/// Renames files by a template, or tells what it would do.
+int RunRename(RenameOptions const& options);
+
+/// Lists the tags and parameters of templates.
+int RunTags(bool json);
+
+/// Adds `zel template` with its actions to the command line.
+CLI::App* AddTemplateCommand(CLI::App& app, TemplateCheckOptions& options);
+
+/// Names the faults of a template.
+int RunTemplateCheck(TemplateCheckOptions const& options);
 
 /// Prints all that is known of files.
 int RunShow(ShowOptions const& options);

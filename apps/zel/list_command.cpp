@@ -5,6 +5,7 @@
 #include "interruption.h"
 #include "list_report.h"
 #include "row_queue.h"
+#include "sort_rows.h"
 #include "template_options.h"
 #include "terminal.h"
 #include "trace.h"
@@ -12,11 +13,9 @@
 #include <zeltools/foundation/string_conversion.h>
 #include <zeltools/foundation/xfile_exception.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
-#include <string_view>
 #include <unistd.h>
 
 namespace zel {
@@ -97,7 +96,8 @@ private:
             progressReport.Finish();
         }
         TraceTotals();
-        for (FileFacts const& facts : Sorted()) {
+        SortRows(rows, options.sort);
+        for (FileFacts const& facts : rows) {
             report->AddRow(facts);
         }
         bool const written = report->Finish(totals);
@@ -161,21 +161,6 @@ private:
         Trace(TraceAlways, "%s\n", reason.c_str());
         progressReport.Clear();
         fmt::print(stderr, "zel: {}\n", reason);
-    }
-
-    std::vector<FileFacts>& Sorted() {
-        auto const by = [this](auto key) {
-            std::stable_sort(rows.begin(), rows.end(),
-                             [key](FileFacts const& a, FileFacts const& b) { return key(a) < key(b); });
-        };
-        switch (options.sort) {
-        case SortBy::Walk: break;
-        case SortBy::Name: by([](FileFacts const& f) { return std::string_view(f.name); }); break;
-        case SortBy::Size: by([](FileFacts const& f) { return f.sizeBytes; }); break;
-        case SortBy::Date: by([](FileFacts const& f) { return f.lastWrite.GetTime(); }); break;
-        case SortBy::Kind: by([](FileFacts const& f) { return std::string_view(f.kind); }); break;
-        }
-        return rows;
     }
 
     ListOptions const& options;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "list_settings.h"
 
+#include "sort_rows.h"
 #include <zeltools/foundation/application_preferences.h>
 #include <zeltools/foundation/four_cc.h>
 #include <zeltools/persistence/custom_data.h>
@@ -24,14 +25,7 @@ constexpr unsigned int JsonId = FourCC("JSON");
 constexpr unsigned int SortId = FourCC("SORT");
 constexpr unsigned int ProgressId = FourCC("PROG");
 
-constexpr unsigned int MaxThreads = 1024;
-
 // The words of the command line are also what is stored, so that a file outlives a change of the enumerations.
-std::map<std::string, SortBy> const SortWords = {{"walk", SortBy::Walk},
-                                                 {"name", SortBy::Name},
-                                                 {"size", SortBy::Size},
-                                                 {"date", SortBy::Date},
-                                                 {"kind", SortBy::Kind}};
 std::map<std::string, ProgressStyle> const ProgressWords = {{"auto", ProgressStyle::Automatic},
                                                             {"bar", ProgressStyle::Bar},
                                                             {"lines", ProgressStyle::Lines},
@@ -81,7 +75,7 @@ void Remember(ListChoices& choices, bool hasTemplate) {
     if (choices.json || !hasTemplate) {
         Exchange(store, JsonId, choices.json);
     }
-    Exchange(store, SortId, SortWords, choices.sort);
+    Exchange(store, SortId, SortWords(), choices.sort);
     Exchange(store, ProgressId, ProgressWords, choices.progress);
     if (!store.IsEqual(before) && !store.SaveToPrefs(path, CommandKey, OptionsKey)) {
         fmt::print(stderr, "zel: the options could not be remembered\n"); // the list itself is none the worse for it
@@ -95,7 +89,7 @@ void AddListChoices(CLI::App& command, ListChoices& choices) {
               "Enter the folders below too; links are not followed");
     AddChoice(command, "--json,!--no-json", choices.json, "Print JSON");
     command.add_option("--sort", choices.sort, "Sort all rows by name, size, date or kind; walk for the walk's order")
-        ->transform(CLI::CheckedTransformer(SortWords))
+        ->transform(CLI::CheckedTransformer(SortWords()))
         ->option_text("KEY");
     command
         .add_option("--progress", choices.progress,

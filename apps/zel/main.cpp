@@ -98,11 +98,15 @@ int main(int argc, char** argv) {
     zel::ListChoices choices;
     zel::AddListChoices(*listCommand, choices);
     zel::AddTemplateOptions(*listCommand, list.wording);
+    listCommand->add_flag("--strict", list.wording.strict, "List nothing by a template with faults");
     list.limits.timeMs = 60'000; // nobody waits longer for one file of many
     zel::AddLimits(*listCommand, list.limits);
     std::string log;
     listCommand->add_option("--log", log, "Write a log of the work into FILE, in place of what it holds")
         ->option_text("FILE");
+
+    zel::RenameOptions rename;
+    CLI::App* const renameCommand = zel::AddRenameCommand(app, rename);
 
     zel::ShowOptions show;
     CLI::App* const showCommand = app.add_subcommand("show", "Print all that is known of files");
@@ -129,6 +133,10 @@ int main(int argc, char** argv) {
     CLI::App* const pluginsCommand =
         app.add_subcommand("plugins", "List the plug-ins with their types, or why one was refused");
     pluginsCommand->add_flag("--json", json, "Print JSON");
+    CLI::App* const tagsCommand = app.add_subcommand("tags", "List the tags and parameters of templates");
+    tagsCommand->add_flag("--json", json, "Print JSON");
+    zel::TemplateCheckOptions check;
+    CLI::App* const templateCommand = zel::AddTemplateCommand(app, check);
     CLI::App* const whereCommand = app.add_subcommand("where", "Tell where the program keeps its data");
     whereCommand->add_flag("--json", json, "Print JSON");
 
@@ -157,6 +165,9 @@ int main(int argc, char** argv) {
             status = zel::RunList(list);
         } else {
             status = *showCommand       ? zel::RunShow(show)
+                     : *renameCommand   ? zel::RunRename(rename)
+                     : *tagsCommand     ? zel::RunTags(json)
+                     : *templateCommand ? zel::RunTemplateCheck(check)
                      : *convertCommand  ? zel::RunConvert(convert)
                      : *pluginsCommand  ? zel::RunPlugins(json)
                      : *prefsCommand    ? zel::RunPrefs(prefs)

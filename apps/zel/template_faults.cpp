@@ -144,7 +144,8 @@ private:
         for (std::size_t i = 0; (i = literal.find('<', i)) != std::string_view::npos; ++i) {
             std::string_view const rest = literal.substr(i, literal.find_first_of("<>", i + 1) - i);
             if (rest.size() > 1 && (std::isalpha(static_cast<unsigned char>(rest[1])) != 0 || rest[1] == '/')) {
-                std::string_view const shown = rest.substr(0, rest.find('\n'));
+                std::string_view const line = rest.substr(0, rest.find('\n'));
+                std::string_view const shown = line.substr(0, line.find_last_not_of(" \t\r") + 1);
                 Add(rest, "unclosed tag", shown, "", fmt::format("{} is not closed by >", shown));
             }
         }

@@ -31,7 +31,6 @@ void AddTemplateOptions(CLI::App& command, TemplateOptions& options) {
     CLI::Option* const file =
         command.add_option("--template-file", options.file, "The same from a file, as it stands")->option_text("FILE");
     text->excludes(file);
-    command.add_flag("--strict", options.strict, "Take unknown tags and parameters for errors");
 }
 
 bool ReadTemplate(TemplateOptions const& options, std::string& text) {

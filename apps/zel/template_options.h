@@ -16,7 +16,7 @@ namespace zel {
 
 struct TemplateOptions;
 
-/// Adds --template, --template-file and --strict.
+/// Adds --template and --template-file.
 void AddTemplateOptions(CLI::App& command, TemplateOptions& options);
 
 /// The text of the template that was asked for. A failure is told on standard error.
