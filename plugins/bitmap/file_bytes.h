@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// Numbers of a file at any place; what lies behind its end is 0.
+/// Numbers of a file at any place; what lies behind its end is 0. The file's position is moved.
 class FileBytes {
 public:
     explicit FileBytes(PolledFile& source) : file(source), fileSize(source.size()) {}
@@ -34,7 +34,7 @@ public:
         return std::string_view(bytes.data(), text.size()) == text;
     }
     std::size_t Get(std::uint64_t at, void* target, std::size_t size) const {
-        return at < fileSize ? file.pread(target, size, static_cast<int64_t>(at)) : 0;
+        return at < fileSize && file.seek(static_cast<int64_t>(at)) ? file.read(target, size) : 0;
     }
 
 private:

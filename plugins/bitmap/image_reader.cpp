@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/bitmap/image_reader.h"
 
+#include "plugins/bitmap/dicom_input.h"
 #include "plugins/bitmap/format_checks.h"
+#include "plugins/bitmap/image_head.h"
 #include "plugins/bitmap/image_header.h"
-#include "plugins/bitmap/jpeg2000_header.h"
 #include "plugins/bitmap/oiio_parser.h"
+#include "plugins/bitmap/tiff_pixels.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,6 +17,8 @@ constexpr unsigned int NoPixelsText = 5630;
 constexpr unsigned int DeepPixelsText = 5631;
 constexpr unsigned int CutShortText = 5633;
 constexpr unsigned int UnreadableIconText = 5635;
+constexpr unsigned int PixelsBehindEndText = 5636;
+constexpr unsigned int DoublePixelsText = 5637;
 
 /// Pixels are decoded in pieces of about so many bytes, between which the operation may be stopped: the slowest
 /// decoder takes 15 ms for one, and several times that on a busy machine.
@@ -30,6 +34,11 @@ int RowsOfPiece(unsigned long long rowBytes) {
 /// Frames of a film are read one by one by whoever plays it: the document gets the first.
 bool IsFilm(std::string const& format) {
     return format == "ffmpeg";
+}
+
+/// The reader of TIFF gives doubles right from strips that are read at once, and otherwise zeros without a word.
+bool WantsWholeStrips(std::string const& format, OIIO::ImageSpec const& spec) {
+    return format == "tiff" && spec.format == OIIO::TypeDesc::DOUBLE;
 }
 
 } // namespace
@@ -70,13 +79,29 @@ bool ImageReader::OpenFile(Extent extent) {
     case FileFault::CutShort: return parser.FailWithName(CutShortText);
     case FileFault::UnreadableIcon: return parser.FailWithName(UnreadableIconText);
     }
+    if (extent == Extent::All && parser.GetFormat() == "tiff" && !HasAllPixels()) {
+        return false;
+    }
     unsigned long long const pixels = ClaimedPixels(parser.GetFormat(), *file);
     return pixels <= limits.maxPixels || parser.FailBeyondLimit(MediaLimit::Pixels, pixels, limits.maxPixels);
 }
 
+bool ImageReader::HasAllPixels() {
+    std::uint64_t const end = FindEndOfTiffPixels(*file);
+    if (end <= file->size()) {
+        return true;
+    }
+    CXTString<char16_t> text;
+    text.Format(PixelsBehindEndText, static_cast<char16_t const*>(parser.GetShortName()),
+                static_cast<unsigned long long>(end), static_cast<unsigned long long>(file->size()));
+    return parser.Fail(text);
+}
+
 bool ImageReader::Open() {
     OIIO::geterror(); // of whatever ran on this thread before
-    input = OIIO::ImageInput::create(parser.GetFormat(), false, nullptr, nullptr, "");
+    file->seek(0);
+    input = parser.GetFormat() == "dicom" ? MakeDicomInput()
+                                          : OIIO::ImageInput::create(parser.GetFormat(), false, nullptr, nullptr, "");
     if (!input) {
         return FailAsLibrary();
     }
@@ -104,20 +129,43 @@ bool ImageReader::IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& d
     return true;
 }
 
-bool ImageReader::ReadUndecoded(CImageDocument& image, OIIO::ImageSpec const& spec) {
+bool ImageReader::ReadHead(ImageHead const& head, CImageDocument& image) {
+    if (file->HasStopped() || parser.ShouldCancelParser()) {
+        return parser.FailAsStopped();
+    }
+    if (head.subImages.empty()) {
+        return parser.FailInWords(head.error); // which may be none
+    }
     image.format = CXTString<char16_t>(parser.GetFormat().c_str());
-    CSubImage& subImage = image.AddSubImage();
-    DescribeSubImage(spec, subImage);
-    return IsWithinLimits(spec, subImage);
+    for (OIIO::ImageSpec const& spec : head.subImages) {
+        if (image.GetSubImageCount() >= limits.maxSubImages) {
+            return parser.FailBeyondLimit(MediaLimit::SubImages, head.subImages.size(), limits.maxSubImages);
+        }
+        CSubImage& subImage = image.AddSubImage();
+        DescribeSubImage(spec, subImage);
+        if (!IsWithinLimits(spec, subImage)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool ImageReader::ReadSubImages(CImageDocument& image, Extent extent) {
     if (!OpenFile(extent)) {
         return false;
     }
-    OIIO::ImageSpec undecoded;
-    if (extent == Extent::Header && parser.GetFormat() == "jpeg2000" && ReadJpeg2000Header(*file, undecoded)) {
-        return ReadUndecoded(image, undecoded);
+    unsigned long long const most = 1ULL + limits.maxSubImages;
+    if (std::optional<ImageHead> const head = ReadImageHead(parser.GetFormat(), *file, most)) {
+        if (extent == Extent::Header) {
+            return ReadHead(*head, image);
+        }
+        CImageDocument told;
+        if (!ReadHead(*head, told)) {
+            return false;
+        }
+        if (head->isCutShort) {
+            return parser.FailWithName(CutShortText);
+        }
     }
     if (!Open()) {
         return false;
@@ -147,6 +195,9 @@ bool ImageReader::ReadPixels(OIIO::ImageSpec const& spec, int index, CSubImage& 
     if (spec.deep) {
         return parser.FailWithName(DeepPixelsText);
     }
+    if (WantsWholeStrips(parser.GetFormat(), spec) && (spec.tile_width > 0 || spec.height == 1)) {
+        return parser.FailWithName(DoublePixelsText);
+    }
     if (!subImage.AllocatePixels(limits.maxImageBytes)) {
         return parser.Fail(IoNoMemory);
     }
@@ -155,7 +206,7 @@ bool ImageReader::ReadPixels(OIIO::ImageSpec const& spec, int index, CSubImage& 
 
 bool ImageReader::ReadScanlines(OIIO::ImageSpec const& spec, int index, CSubImage& subImage) {
     OIIO::TypeDesc const type = TypeDescOf(subImage.pixelType);
-    int const step = RowsOfPiece(subImage.GetRowSize());
+    int const step = WantsWholeStrips(parser.GetFormat(), spec) ? spec.height : RowsOfPiece(subImage.GetRowSize());
     for (int z = 0; z < std::max(spec.depth, 1); ++z) {
         for (int y = 0; y < spec.height; y += step) {
             if (parser.ShouldCancelParser()) {

@@ -5,6 +5,7 @@
 
 #include "media/image_document.h"
 #include "media/media_limits.h"
+#include "plugins/bitmap/image_head.h"
 #include "plugins/bitmap/polled_file.h"
 
 #include <OpenImageIO/imageio.h>
@@ -32,8 +33,9 @@ private:
     bool ReadSubImages(CImageDocument& image, Extent extent);
     bool Open();
     bool OpenFile(Extent extent);
-    /// Describes a picture that the library would decode as soon as it opens it.
-    bool ReadUndecoded(CImageDocument& image, OIIO::ImageSpec const& spec);
+    bool HasAllPixels();
+    /// Describes pictures that the library would decode as soon as it opens them.
+    bool ReadHead(ImageHead const& head, CImageDocument& image);
     bool IsWithinLimits(OIIO::ImageSpec const& spec, CSubImage const& described);
     bool ReadPixels(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);
     bool ReadScanlines(OIIO::ImageSpec const& spec, int index, CSubImage& subImage);

@@ -11,6 +11,7 @@
 #include <zeltools/foundation/xload_string.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <limits>
@@ -89,6 +90,14 @@ bool KeepsUnassociatedAlpha(std::string const& format) {
 
 /// Through the proxy no failed write goes unseen. TIFF reads its own directories back as it writes several images,
 /// which it cannot do through one.
+/// The writer of SGI stores what lies in memory as the name of a picture that has none.
+bool ClearName(std::string const& nativeName) {
+    constexpr std::array<char, 80> noName{};
+    constexpr int64_t nameAt = 24;
+    auto const file = PolledFile::Open(nativeName, PolledFile::Write, [] { return false; });
+    return file && file->pwrite(noName.data(), noName.size(), nameAt) == noName.size() && file->Finish();
+}
+
 bool WritesThroughProxy(OIIO::ImageOutput const& output) {
     return output.supports("ioproxy") != 0 && std::string_view(output.format_name()) != "tiff";
 }
@@ -270,7 +279,11 @@ bool ImageWriter::WriteFile(std::string const& nativeName, CIoOptions* options) 
     if (!output->close() || (file && !file->Finish())) {
         return FailAsLibrary();
     }
-    return file || IsWhole(nativeName, parser.GetFormat()) || parser.Fail(IoDiskFull);
+    if (!file && !IsWhole(nativeName, parser.GetFormat())) {
+        return parser.Fail(IoDiskFull);
+    }
+    bool const hasStrayName = parser.GetFormat() == "sgi" && !specs[0].find_attribute("ImageDescription");
+    return !hasStrayName || ClearName(nativeName) || parser.FailWithErrno(errno);
 }
 
 bool ImageWriter::Write(CImageDocument const& image, CIoOptions* options) {

@@ -81,7 +81,7 @@ def tiff_rows():
         tiff_fields(whole, {256: HUGE, 257: HUGE})
     yield "large_size.tif", "limit", "900 million pixels in 1 KiB", \
         tiff_fields(whole, {256: LARGE, 257: LARGE, 278: LARGE})
-    yield "strip_beyond_end.tif", "any", "pixels behind the end", tiff_fields(whole, {273: HUGE})
+    yield "strip_beyond_end.tif", "pixels", "pixels behind the end", tiff_fields(whole, {273: HUGE})
     yield "strip_too_short.tif", "any", "fewer pixels than rows", tiff_fields(whole, {279: 7})
     yield "many_channels.tif", "any", "65535 channels", tiff_fields(whole, {277: 65535})
     yield "unknown_compression.tif", "any", "a compression that nobody knows", tiff_fields(whole, {259: 40000})
@@ -132,8 +132,9 @@ def other_image_rows(jpeg):
     yield "cut_in_pixels.tga", "pixels", "ends in its pixels", tga[:60]
     yield "large_size.tga", "limit", "900 million pixels in 1 KiB", patched(tga, 12, "<HH", LARGE, LARGE)
     yield "cut_in_header.gif", "refused", "ends in its header", gif[:9]
-    yield "cut_in_pixels.gif", "any", "ends in its pixels", gif[:900]
+    yield "cut_in_pixels.gif", "pixels", "ends in its pixels", gif[:900]
     yield "zero_size.gif", "refused", "0 by 0 pixels", patched(gif, 6, "<HH", 0, 0)
+    yield "large_size.gif", "limit", "900 million pixels in 1 KiB", patched(gif, 6, "<HH", LARGE, LARGE)
     yield "cut_in_header.hdr", "refused", "ends in its header", hdr[:15]
     yield "cut_in_pixels.hdr", "pixels", "ends in its pixels", hdr[:100]
     yield "large_size.hdr", "limit", "900 million pixels in 1 KiB", \

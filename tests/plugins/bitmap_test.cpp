@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The plug-in for images against real files: those that it writes itself, read back bit for bit, and what oiiotool, the
 // library's own tool, says of the library.
-#include "media/bitmap_io.h"
 #include "media/named_options.h"
-#include <zeltools/zeltools.h>
+#include "tests/plugins/bitmap_fixture.h"
 
 #include <atomic>
 #include <chrono>
@@ -14,7 +13,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
-#include <random>
 #include <set>
 #include <string>
 #include <sys/resource.h>
@@ -28,100 +26,10 @@ namespace {
 using Text = CXTString<char16_t>;
 using Clock = std::chrono::steady_clock;
 
-std::string Narrow(Text const& text) {
-    return fileGetNativeName(text).GetConstBuffer();
-}
-
 bool IsInMemory(std::string const& library) {
     std::ifstream maps("/proc/self/maps");
     return std::string(std::istreambuf_iterator<char>(maps), {}).find(library) != std::string::npos;
 }
-
-std::string Content(std::string const& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// Pixels that any format with room for them keeps: noise, but no value that is none.
-CSubImage& AddNoise(CImageDocument& image, unsigned int width, unsigned int height, std::u16string const& channels,
-                    PixelType type) {
-    CSubImage& subImage = image.AddSubImage();
-    subImage.width = width;
-    subImage.height = height;
-    subImage.pixelType = type;
-    for (char16_t const channel : channels) {
-        subImage.channels.Add(Text(&channel, 1));
-    }
-    subImage.metadata.SetInteger(u"oiio:UnassociatedAlpha", 1);
-    EXPECT_TRUE(subImage.AllocatePixels(~0ULL));
-    std::mt19937 random(width);
-    auto* const bytes = reinterpret_cast<unsigned char*>(subImage.GetRow(0));
-    for (unsigned long long i = 0; i < subImage.GetByteCount(); ++i) {
-        bytes[i] = static_cast<unsigned char>(random());
-    }
-    // The upper byte of a half or a float, without infinities.
-    unsigned int const size = GetPixelTypeSize(type);
-    if (type == PixelType::Half || type == PixelType::Float) {
-        for (unsigned long long i = size - 1; i < subImage.GetByteCount(); i += size) {
-            bytes[i] = 0x38;
-        }
-    }
-    return subImage;
-}
-
-bool HasSamePixels(CSubImage const& a, CSubImage const& b) {
-    return a.GetByteCount() == b.GetByteCount() && std::memcmp(a.GetRow(0), b.GetRow(0), a.GetByteCount()) == 0;
-}
-
-class BitmapPlugin : public testing::Test {
-protected:
-    BitmapPlugin() {
-        InitZelTools(0);
-        std::string name = std::filesystem::temp_directory_path() / "zel-test-XXXXXX";
-        folder = std::string(mkdtemp(name.data())) + '/';
-        Use(ZELTOOLS_BUILT_PLUGINS "/");
-    }
-    ~BitmapPlugin() override {
-        CRegisteredFile::Free();
-        CloseZelTools(0);
-        std::filesystem::remove_all(folder);
-    }
-
-    static void Use(std::string const& plugins) {
-        CRegisteredFile::Free();
-        SetPluginsDirectory(fileFromNativeName(plugins.c_str()), false);
-        RegisterIOPlugins(FileKindBitmap, u"");
-    }
-    std::unique_ptr<CBitmapIo> Open(std::string const& name, unsigned int flags = IoFlagLoading) const {
-        Text const path = fileFromNativeName((folder + name).c_str());
-        return std::make_unique<CBitmapIo>(CFileNameSpec(path), flags | IoFlagSilent, nullptr);
-    }
-    testing::AssertionResult Write(std::string const& name, CImageDocument const& image,
-                                   CIoOptions* options = nullptr) {
-        auto const io = Open(name, 0);
-        return io->Write(image, options) ? testing::AssertionSuccess()
-                                         : testing::AssertionFailure() << Narrow(io->GetIoErrorTxt());
-    }
-    testing::AssertionResult Read(std::string const& name, CImageDocument& image) {
-        auto const io = Open(name);
-        return io->Read(image) ? testing::AssertionSuccess()
-                               : testing::AssertionFailure() << Narrow(io->GetIoErrorTxt());
-    }
-    testing::AssertionResult ReadHeader(std::string const& name, CImageDocument& image) {
-        auto const io = Open(name);
-        return io->ReadHeader(image) ? testing::AssertionSuccess()
-                                     : testing::AssertionFailure() << Narrow(io->GetIoErrorTxt());
-    }
-    std::set<std::string> Files() const {
-        std::set<std::string> names;
-        for (auto const& entry : std::filesystem::directory_iterator(folder)) {
-            names.insert(entry.path().filename());
-        }
-        return names;
-    }
-
-    std::string folder;
-};
 
 /// The formats after a title of oiiotool's help: "Input formats supported: bmp, cineon, ...".
 std::set<std::string> ListedFormats(std::string const& title) {
