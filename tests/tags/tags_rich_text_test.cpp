@@ -163,6 +163,17 @@ TEST_F(TagsRichText, EndlessExpansionsStopWithALineInTheLog) {
     EXPECT_EQ(Update(u"<x><twins>"), u"b<e><twins>");
     EXPECT_LT(Update(u"<grows>").size(), 1100U);
     EXPECT_EQ(lines, 4);
+    auto const nest = [](int depth) {
+        std::u16string text;
+        for (int i = 0; i < 2 * depth; ++i) {
+            text += i < depth ? u"<tagifexist>" : u"</tagifexist>";
+        }
+        return text;
+    };
+    EXPECT_EQ(Update(nest(90)), u""); // 90 * 91 / 2 blocks are entered, since each closer sends the scan back
+    EXPECT_EQ(lines, 4);
+    EXPECT_NE(Update(nest(110)), u"");
+    EXPECT_EQ(lines, 5);
     SetLogCallback(nullptr, nullptr);
 }
 

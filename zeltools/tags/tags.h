@@ -243,6 +243,10 @@ public:
     int SetRTFTag(CCustomRichEditCtrl& control, CXTString<char16_t>& text);
 
     /// Expands all tags of a control and removes all markers: a block goes where any of its tags gave an empty text.
+    /// Nothing is done where the control has no window.
+    ///
+    /// What would run for ever stops at the limits: a value that holds its own tag, and a tag that EvaluateTag refuses
+    /// again and again, since a refused tag is offered once more. No more than `nested` blocks are open at once.
     void UpdateRTFTags(CTagContext const& context, CCustomRichEditCtrl& control);
 
     /// The parameters by name. Filled by the first InitTags of the process, and constant from then on.

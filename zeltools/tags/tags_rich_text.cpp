@@ -18,8 +18,8 @@ constexpr char16_t const* OtherCloser = u"<tagendifexist>";
 
 /// Each block that closes sends the scan back to the top, where it enters the blocks around it once more, so a template
 /// of nothing but openers and closers would fill memory with the square of its length. It takes a nest of more than a
-/// thousand blocks to come here.
-constexpr int MaxOpenBlocks = 1 << 20;
+/// thousand blocks to come here. A host that wants less sets TagTextLimits::nested below it.
+constexpr unsigned int MaxOpenBlocks = 1 << 20;
 
 bool Find(CCustomRichEditCtrl const& control, int from, char16_t const* text, CharacterRange& found) {
     return control.FindText(FindTextDown, {from, -1}, text, found) >= 0;
@@ -153,7 +153,7 @@ int CTags::RTFScan(CCustomRichEditCtrl& control, CTagInfo& tag) {
             scan->emptySeen = 0;
             scan->Push({marker.first, marker.last});
             scan->position = marker.last;
-            if (scan->GetDepth() > MaxOpenBlocks) {
+            if (static_cast<unsigned int>(scan->GetDepth()) > std::min(textLimits.nested, MaxOpenBlocks)) {
                 WriteToLogFile(u"Rich text was not expanded to its end, since its blocks nest too deep.\n");
                 tag.Clear();
                 return 0;
