@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/literal_rich_text.h"
 #include "tests/support/printers.h"
 #include "tests/tags/table_tags.h"
 #include "zeltools/foundation/log_file.h"
 #include "zeltools/ui/memory_rich_edit_ctrl.h"
 
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 
 namespace {
@@ -100,6 +102,22 @@ TEST_F(TagsRichText, BehindAKeptBlockTheScanGoesBackToTheLineNumber) {
     EXPECT_EQ(tags.RTFScan(control, info), 0);
     EXPECT_EQ(info.GetTagName(), u"");
     EXPECT_EQ(Text(), u"<x>\r\r\r\rbcnewbc");
+}
+
+TEST_F(TagsRichText, AgreesWithItsPlainSteps) {
+    char16_t const* const pieces[] = {
+        u"<x>",  u"<e>", u"<outer>", u"<tagifexist>", u"</tagifexist>", u"<tagendifexist>", u"\r", u" ",
+        u"text", u"<",   u">",       u"<nosuch>"};
+    std::mt19937 random(20261123);
+    for (int round = 0; round < 2000; ++round) {
+        std::u16string text;
+        for (std::size_t left = random() % 24; left > 0; --left) {
+            text += pieces[random() % std::size(pieces)];
+        }
+        std::u16string expected = text;
+        ASSERT_TRUE(support::ExpandRichTextLiterally(tags, context, expected, 10'000));
+        ASSERT_EQ(Update(text), expected) << testing::PrintToString(text);
+    }
 }
 
 TEST_F(TagsRichText, FormatsAroundATagSurvive) {
