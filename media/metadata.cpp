@@ -80,6 +80,10 @@ bool CMetadata::GetAt(unsigned int index, Text& name, Text& value) const {
     return true;
 }
 
+bool CMetadata::IsTextAt(unsigned int index) const {
+    return index < GetCount() && EntryOf(store, index + 1).GetDataKindOf(ValueKey) == CustomDataWide;
+}
+
 CXTString<char16_t> CMetadata::GetText(Text const& name) const {
     return ValueText(EntryOf(store, FindID(name)));
 }

@@ -29,6 +29,8 @@ public:
     unsigned int GetCount() const { return store.GetIDCount(); }
     /// The name and the value, as a text, of the n-th one in the order of entering; false past the end.
     bool GetAt(unsigned int index, CXTString<char16_t>& name, CXTString<char16_t>& value) const;
+    /// Whether the n-th value is a text of its own, and neither a number nor bytes; false past the end.
+    bool IsTextAt(unsigned int index) const;
     /// A value as a text; empty when there is none of this name.
     CXTString<char16_t> GetText(CXTString<char16_t> const& name) const;
     bool HasName(CXTString<char16_t> const& name) const { return FindID(name) != 0; }

@@ -5,6 +5,7 @@
 
 #include "media/media_limits.h"
 #include "progress_report.h"
+#include "search_options.h"
 
 #include <optional>
 #include <string>
@@ -50,6 +51,8 @@ struct ListOptions {
     bool json = false;
     SortBy sort = SortBy::Walk;
     TemplateOptions wording; ///< What a file comes as; columns or JSON members where it is not given.
+    SearchOptions search;    ///< Which files are wanted; all where there is no expression.
+    bool namesOnly = false;  ///< Whether nothing is printed but the paths.
     ProgressStyle progress = ProgressStyle::Automatic;
     bool open = true;          ///< Whether images and scenes are opened, for what their headers tell.
     bool keepMetadata = false; ///< Whether the rows' facts come with the metadata.
@@ -89,6 +92,11 @@ struct TemplateCheckOptions {
     TemplateOptions wording;
     bool json = false;
 };
+
+struct ListChoices;
+
+/// Adds `zel find`, which is run as a list.
+CLI::App* AddFindCommand(CLI::App& app, ListOptions& options, ListChoices& choices);
 
 /// Lists files and folders with what the toolkit knows of them by name, and totals by kind.
 int RunList(ListOptions const& options);

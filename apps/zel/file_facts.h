@@ -16,6 +16,7 @@ struct MediaFacts;
 
 struct FileFacts {
     std::string name;         ///< Native name, below the folder that was asked for.
+    std::string nativePath;   ///< What a person calls it: as it was asked for, with what is below.
     CXTString<char16_t> path; ///< The whole one, from the root on.
     std::string classCode;    ///< Four characters; empty when no type claims the extension.
     char const* kind = "";    ///< One of KindName's words.

@@ -104,7 +104,8 @@ void FileFinder::AddRow(CXTString<char16_t> const& path, bool isFolder, FileFact
                         std::string const& nativeName, CXTString<char16_t> const& folder) {
     RegisterPlugins();
     AddTypeFacts(path, isFolder, facts);
-    facts.openable &= options.open;
+    facts.nativePath = nativeName;
+    facts.openable = facts.openable && options.open && (!mustOpen || mustOpen(facts));
     queue.AddRow(std::move(facts), path, nativeName, folder);
 }
 

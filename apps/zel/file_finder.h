@@ -17,6 +17,9 @@ public:
     /// @param mustStop  Asked between two rows.
     FileFinder(ListOptions const& listOptions, RowQueue& rowQueue, std::function<bool()> mustStopNow);
 
+    /// Which files are opened, among those that can be; all when this is not set.
+    std::function<bool(FileFacts const&)> mustOpen;
+
     /// Adds a file, or the entries of a folder in the order of the walk, and the end of this path.
     void Find(std::string const& nativePath);
 

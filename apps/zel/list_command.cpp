@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "file_facts.h"
 #include "file_finder.h"
+#include "file_search.h"
 #include "interruption.h"
 #include "list_report.h"
 #include "row_queue.h"
@@ -50,18 +51,26 @@ std::size_t CountRows(std::string const& nativePath, bool recursive, Interruptio
 
 /// @param wording  Null for none.
 std::unique_ptr<ListReport> MakeReport(ListOptions const& options, FileTemplate const* wording) {
-    return options.json ? MakeJsonReport(wording) : wording ? MakeTemplateReport(*wording) : MakeTextReport();
+    return options.namesOnly ? MakeFindReport(options.search)
+           : options.json    ? MakeJsonReport(wording)
+           : wording         ? MakeTemplateReport(*wording)
+                             : MakeTextReport();
 }
 
 class Lister : RowSink {
 public:
-    Lister(ListOptions const& listOptions, FileTemplate const* wording, Interruption& interruptionOfUser)
-        : options(listOptions), interruption(interruptionOfUser), report(MakeReport(listOptions, wording)),
-          errorsToTerminal(isatty(STDERR_FILENO)), progressReport(listOptions.progress, interruptionOfUser),
+    Lister(ListOptions const& listOptions, FileTemplate const* wording, FileSearch* fileSearch,
+           Interruption& interruptionOfUser)
+        : options(listOptions), search(fileSearch), interruption(interruptionOfUser),
+          report(MakeReport(listOptions, wording)), errorsToTerminal(isatty(STDERR_FILENO)),
+          progressReport(listOptions.progress, interruptionOfUser),
           progress(progressReport.IsShown(), listOptions.paths.size()), queue(listOptions, *this),
           finder(listOptions, queue, [this] { return MustStop(); }) {
         if (isatty(STDOUT_FILENO)) { // then it is the terminal that has the bar
             report->beforeWriting = [this] { progressReport.Clear(); };
+        }
+        if (search && options.namesOnly && !options.search.explain) { // a list tells what the headers say
+            finder.mustOpen = [this](FileFacts const& facts) { return !search->IsSettled(facts); };
         }
         interruption.SetListener([this] { queue.Pool().Cancel(); });
     }
@@ -127,6 +136,9 @@ private:
     void TakeRow(FileFacts&& facts, CXTString<char16_t> const& folder) override {
         TakeProgress(folder);
         progressReport.CountFile();
+        if (search && !search->Answers(facts)) {
+            return;
+        }
         totals.Add(facts);
         if (options.sort == SortBy::Walk) {
             report->AddRow(facts);
@@ -164,6 +176,7 @@ private:
     }
 
     ListOptions const& options;
+    FileSearch* search; ///< Null where every file is wanted.
     Interruption& interruption;
     std::unique_ptr<ListReport> report;
     ListTotals totals;
@@ -185,11 +198,19 @@ int RunList(ListOptions const& options) {
         if (!wording) {
             return ExitSomeFailed;
         }
-        needed.open &= options.json || wording->GetNeeds() != TagNeeds::Nothing;
+        needed.open &= options.json || options.search.expression || wording->GetNeeds() != TagNeeds::Nothing;
         needed.keepMetadata |= wording->GetNeeds() == TagNeeds::Metadata;
     }
+    std::unique_ptr<FileSearch> search;
+    if (options.search.expression) {
+        search = FileSearch::Prepare(options.search);
+        if (!search) {
+            return ExitWrongUsage;
+        }
+        needed.keepMetadata = true;
+    }
     Interruption interruption;
-    return Lister(needed, wording.get(), interruption).Run();
+    return Lister(needed, wording.get(), search.get(), interruption).Run();
 }
 
 } // namespace zel

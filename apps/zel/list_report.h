@@ -4,6 +4,7 @@
 #pragma once
 
 #include "file_facts.h"
+#include "search_options.h"
 
 #include <functional>
 #include <map>
@@ -55,5 +56,8 @@ std::unique_ptr<ListReport> MakeJsonReport(FileTemplate const* fileTemplate);
 /// The expansion of a template for each file, on standard output and each with an end of line. Folders and totals are
 /// left out.
 std::unique_ptr<ListReport> MakeTemplateReport(FileTemplate const& fileTemplate);
+
+/// The paths alone, on standard output; with what the search explains of each, if it does.
+std::unique_ptr<ListReport> MakeFindReport(SearchOptions const& options);
 
 } // namespace zel

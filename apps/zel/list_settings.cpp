@@ -84,23 +84,31 @@ void Remember(ListChoices& choices, bool hasTemplate) {
 
 } // namespace
 
-void AddListChoices(CLI::App& command, ListChoices& choices) {
+void AddRecursiveChoice(CLI::App& command, ListChoices& choices) {
     AddChoice(command, "-r,--recursive,!--no-recursive", choices.recursive,
               "Enter the folders below too; links are not followed");
-    AddChoice(command, "--json,!--no-json", choices.json, "Print JSON");
-    command.add_option("--sort", choices.sort, "Sort all rows by name, size, date or kind; walk for the walk's order")
-        ->transform(CLI::CheckedTransformer(SortWords()))
-        ->option_text("KEY");
+}
+
+void AddWorkChoices(CLI::App& command, ListChoices& choices) {
     command
         .add_option("--progress", choices.progress,
                     "Show progress on standard error: bar, lines, json or none; auto for a bar on a terminal")
         ->transform(CLI::CheckedTransformer(ProgressWords))
         ->option_text("STYLE");
     command.add_flag("--open,!--no-open", choices.open,
-                     "Open images and scenes and tell what their headers say; --no-open for what the names tell");
+                     "Open images and scenes for what their headers say; --no-open for what the names tell");
     command.add_option("--threads", choices.threads, "Open so many files at once; by default one a free processor")
         ->check(CLI::Range(1U, MaxThreads))
         ->option_text("N");
+}
+
+void AddListChoices(CLI::App& command, ListChoices& choices) {
+    AddRecursiveChoice(command, choices);
+    AddChoice(command, "--json,!--no-json", choices.json, "Print JSON");
+    command.add_option("--sort", choices.sort, "Sort all rows by name, size, date or kind; walk for the walk's order")
+        ->transform(CLI::CheckedTransformer(SortWords()))
+        ->option_text("KEY");
+    AddWorkChoices(command, choices);
     AddChoice(command, "--preferences,!--no-preferences", choices.preferences,
               "Start from the options used last and remember these: where standard output is a terminal, "
               "unless one of the two says otherwise");

@@ -33,6 +33,11 @@ struct ListChoices {
 /// Adds the options to the command line.
 void AddListChoices(CLI::App& command, ListChoices& choices);
 
+/// Adds -r alone.
+void AddRecursiveChoice(CLI::App& command, ListChoices& choices);
+/// Adds what tells how the work is done: --progress, --open and --threads.
+void AddWorkChoices(CLI::App& command, ListChoices& choices);
+
 /// Completes the choices by what is remembered, remembers them, and puts them into the options.
 void ApplyListChoices(ListChoices choices, ListOptions& options);
 

@@ -99,6 +99,7 @@ int main(int argc, char** argv) {
     zel::AddListChoices(*listCommand, choices);
     zel::AddTemplateOptions(*listCommand, list.wording);
     listCommand->add_flag("--strict", list.wording.strict, "List nothing by a template with faults");
+    zel::AddWhereOptions(*listCommand, list.search);
     list.limits.timeMs = 60'000; // nobody waits longer for one file of many
     zel::AddLimits(*listCommand, list.limits);
     std::string log;
@@ -107,6 +108,10 @@ int main(int argc, char** argv) {
 
     zel::RenameOptions rename;
     CLI::App* const renameCommand = zel::AddRenameCommand(app, rename);
+    zel::ListOptions find;
+    find.limits.timeMs = list.limits.timeMs;
+    zel::ListChoices findChoices;
+    CLI::App* const findCommand = zel::AddFindCommand(app, find, findChoices);
 
     zel::ShowOptions show;
     CLI::App* const showCommand = app.add_subcommand("show", "Print all that is known of files");
@@ -163,6 +168,9 @@ int main(int argc, char** argv) {
         if (*listCommand) {
             zel::ApplyListChoices(choices, list);
             status = zel::RunList(list);
+        } else if (*findCommand) {
+            zel::ApplyListChoices(findChoices, find);
+            status = zel::RunList(find);
         } else {
             status = *showCommand       ? zel::RunShow(show)
                      : *renameCommand   ? zel::RunRename(rename)
