@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
 
     zel::RenameOptions rename;
     CLI::App* const renameCommand = zel::AddRenameCommand(app, rename);
+
     zel::ListOptions find;
     find.limits.timeMs = list.limits.timeMs;
     zel::ListChoices findChoices;

@@ -42,4 +42,28 @@ std::string HexText(std::string const& bytes) {
     return text;
 }
 
+std::vector<FencedBlock> FencedBlocks(std::string const& page, std::string const& language) {
+    std::ifstream file(ZELTOOLS_TEST_DATA "/../../docs/" + page + ".md");
+    std::vector<FencedBlock> blocks;
+    bool isInside = false;
+    for (std::string line; std::getline(file, line);) {
+        bool const isFence = line.starts_with("```");
+        if (isInside && !isFence)
+            blocks.back().lines.push_back(line);
+        if (!isFence)
+            continue;
+        isInside = !isInside;
+        if (isInside) {
+            std::istringstream words(line.substr(3));
+            blocks.emplace_back();
+            for (std::string word; words >> word;)
+                blocks.back().words.push_back(word);
+        }
+    }
+    std::erase_if(blocks, [&](FencedBlock const& block) { return block.words.empty() || block.words[0] != language; });
+    if (blocks.empty())
+        throw std::runtime_error(page + ".md: no block of " + language);
+    return blocks;
+}
+
 } // namespace support

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/tags/xstring_match.h"
 
+#include "tests/support/format_page.h"
 #include "tests/support/plain_string_match.h"
 #include "zeltools/foundation/log_file.h"
 
+#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <random>
@@ -98,6 +100,26 @@ TEST(XStringMatch, AnswersExpressions) {
             << testing::PrintToString(Units(row.expression)) << testing::PrintToString(Units(row.text));
         EXPECT_TRUE(match.PrepareMatch(row.expression, row.mode, row.caseSensitive));
     }
+}
+
+TEST(XStringMatch, AnswersTheExamplesOfItsPage) {
+    int texts = 0;
+    for (support::FencedBlock const& block : support::FencedBlocks("search-language", "search")) {
+        auto const has = [&block](char const* word) {
+            return std::find(block.words.begin(), block.words.end(), word) != block.words.end();
+        };
+        CXStringMatch::Mode const mode = has("any")   ? CXStringMatch::ModeAnyWord
+                                         : has("all") ? CXStringMatch::ModeAllWords
+                                                      : CXStringMatch::ModeExpression;
+        CXStringMatch match;
+        ASSERT_TRUE(match.PrepareMatch(block.lines.at(0).c_str(), mode, has("case")));
+        for (std::size_t line = 1; line < block.lines.size(); ++line, ++texts) {
+            EXPECT_EQ(match.Match(block.lines[line].substr(2).c_str()), block.lines[line][0] == '+')
+                << block.lines[0] << '\n'
+                << block.lines[line];
+        }
+    }
+    EXPECT_GT(texts, 30);
 }
 
 /// The operations as `+*table*+leg ^ drawer-*chair*`: the operator, the pattern, and a group between parentheses.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Parsers that do what the files say, so that a test can have any behaviour of a parser:
 //
-//     image W H       an image of W by H pixels
+//     image W H A     an image of W by H pixels, and all of A its artist, where there is one
 //     slow MS         an image, after so many milliseconds of work
 //     second          an image, but only for the extension's second parser
 //     loop            works for ever, and asks whether to stop
@@ -80,7 +80,11 @@ public:
         picture.width = picture.height = 1;
         picture.channels.Add(u"Y");
         if (word == "image") {
-            file >> picture.width >> picture.height;
+            file >> picture.width >> picture.height >> std::ws;
+            if (std::string artist; std::getline(file, artist)) {
+                picture.metadata.SetText(u"Artist", CXTString<char16_t>(artist.c_str()));
+                picture.metadata.SetInteger(u"Shots", 4711);
+            }
         } else if (word == "slow") {
             unsigned int milliseconds = 0;
             file >> milliseconds;

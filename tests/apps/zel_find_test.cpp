@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// zel with search expressions: which files answer, what is opened for it, and what is explained.
+
+#include "zel_fixture.h"
+
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <set>
+#include <sstream>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class ZelFind : public Zel {
+protected:
+    ZelFind() {
+        pluginFolder = ZEL_TEST_PLUGINS;
+        Make("oak/red table.tim", "image 8 8 Ana Grey");
+        Make("oak/old-leg_drawer.txt");
+        Make("pine/chair.tim", "image 8 8 Bo Wood");
+        Make("pine/4711.bmp");
+    }
+
+    Outcome Find(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), "find");
+        arguments.push_back(Tree());
+        return Run(arguments);
+    }
+
+    /// The paths that were printed, seen from the tree.
+    std::set<std::string> Paths(Outcome const& outcome) const {
+        std::set<std::string> paths;
+        std::istringstream lines(outcome.output);
+        for (std::string line; std::getline(lines, line);) {
+            paths.insert(line.substr(Tree().size() + 1));
+        }
+        return paths;
+    }
+};
+
+TEST_F(ZelFind, PrintsWhatAnswersByNamePathTypeOrMetadata) {
+    struct {
+        std::vector<std::string> arguments;
+        std::set<std::string> paths;
+    } const rows[] = {
+        {{"drawer"}, {"oak/old-leg_drawer.txt"}},
+        {{"oak !drawer"}, {"oak/", "oak/red table.tim"}},
+        {{"?eg"}, {"oak/old-leg_drawer.txt"}}, // a piece of the name
+        {{"\"red table\""}, {"oak/red table.tim"}},
+        {{"bmp files"}, {"pine/4711.bmp"}},
+        {{"grey ^ wood"}, {"oak/red table.tim", "pine/chair.tim"}},
+        {{"tim !(wood chair)"}, {"oak/red table.tim"}}, // one of them in the name, the other in the metadata
+        {{"4711"}, {"pine/4711.bmp"}},                  // a number beside the picture is no text
+        {{"--case", "GREY ^ Bo"}, {"pine/chair.tim"}},
+        {{"--match", "any", "grey & wood"}, {"oak/red table.tim", "pine/chair.tim"}},
+        {{"--match", "all", "grey ^ wood"}, {}},
+        {{"--no-open", "grey ^ chair"}, {"pine/chair.tim"}},
+        {{"--no-recursive", "oak"}, {"oak/"}},
+    };
+    for (auto const& row : rows) {
+        Outcome const outcome = Find(row.arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_EQ(Paths(outcome), row.paths) << row.arguments.back();
+    }
+}
+
+TEST_F(ZelFind, OpensAFileOnlyWhileThatCanChangeTheAnswer) {
+    Make("broken.tim", "nothing");
+    EXPECT_EQ(Paths(Find({"broken"})), std::set<std::string>{"broken.tim"});
+    EXPECT_EQ(Find({"broken"}).errors, ""); // its name has answered
+    for (std::string const expression : {"broken !grey", "grey"}) {
+        Outcome const outcome = Find({expression});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.errors, HasSubstr("broken.tim")) << "what its metadata say is unknown";
+    }
+}
+
+TEST_F(ZelFind, ExplainsTheExpressionAndTheAnswers) {
+    Outcome const outcome = Find({"--explain", "tim Table ^ (\"Ana Grey\" !oak)"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output.substr(0, outcome.output.find("\n\n") + 2), "  and      *tim*\n"
+                                                                         "  and      *table*\n"
+                                                                         "  or       group\n"
+                                                                         "    and      *ana grey*\n"
+                                                                         "    and not  *oak*\n\n");
+    EXPECT_THAT(outcome.output, HasSubstr("oak/red table.tim\n"
+                                          "  *tim*                         table.tim in name\n"
+                                          "  *table*                       table.tim in name\n"
+                                          "  group                         does not answer\n"
+                                          "    *ana grey*                    -\n"
+                                          "    *oak*                         "));
+    EXPECT_THAT(outcome.output, Not(HasSubstr("chair")));
+    EXPECT_THAT(Find({"--explain", "ana"}).output, HasSubstr("  *ana*                         ana in Artist\n"));
+    EXPECT_THAT(Find({"--explain", ""}).output, HasSubstr("  everything\n"));
+
+    // Deeper than any stack is, and than a page is wide.
+    std::string const deep = std::string(50'000, '(') + "a ^ b";
+    Outcome const nested = Find({"--explain", deep});
+    EXPECT_EQ(nested.status, 0);
+    EXPECT_LT(nested.output.size(), 100'000U);
+}
+
+TEST_F(ZelFind, ListKeepsTheRowsThatAnswer) {
+    Outcome const outcome = Run({"list", "-r", "--where", "tim !wood", Tree()});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_THAT(outcome.output, HasSubstr("red table.tim"));
+    EXPECT_THAT(outcome.output, HasSubstr("total            1"));
+    EXPECT_THAT(outcome.output, Not(HasSubstr("chair.tim")));
+}
+
+TEST_F(ZelFind, RefusesWrongUsage) {
+    std::vector<std::string> const rows[] = {
+        {"find"},
+        {"find", "oak"},
+        {"find", "--match", "some", "oak", Tree()},
+        {"list", "--match", "any", Tree()},
+        {"list", "--case", Tree()},
+    };
+    for (auto const& row : rows) {
+        Outcome const outcome = Run(row);
+        EXPECT_EQ(outcome.status, 2) << row.back();
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_NE(outcome.errors, "");
+    }
+}
+
+TEST_F(ZelFind, EndsSoonWhenInterrupted) {
+    fs::path const loop = Make("loop.tim", "loop");
+    fs::path const pipe = folder / "pipe";
+    mkfifo(pipe.c_str(), 0600);
+    int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    pid_t const child = Start({ZEL_PROGRAM, "find", "drawer", Tree() + "/oak", loop}, pipe, folder / "errors");
+    pollfd readable{reader, POLLIN, 0}; // the one that answered comes out before the next is waited for
+    EXPECT_EQ(poll(&readable, 1, 60'000), 1);
+    int status = 0;
+    EXPECT_LT(Interrupt(child, status), 1000);
+    EXPECT_EQ(status, 130);
+    close(reader);
+}
+
+} // namespace
