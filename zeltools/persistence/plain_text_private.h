@@ -3,10 +3,16 @@
 
 #pragma once
 
+#include "zeltools/foundation/xstring.h"
+#include "zeltools/platform/streams.h"
+
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -132,6 +138,28 @@ inline std::size_t CopyPlainText(char const* source, std::size_t length, char16_
         }
     }
     return at;
+}
+
+/// Reads a line of good UTF-8, or of 16-bit text, that is short, has no zero in it and lies whole in the stream's
+/// buffer.
+/// @param stream  May be null, as that of a closed file is.
+/// @return false for any other, which is not read yet; `line` is empty then.
+inline bool ReadPlainLine(FILE* stream, CXTString<char16_t>& line, bool isWide) {
+    constexpr std::size_t LongestPlain = 256; // what a fresh string is given room for at once
+    std::size_t const unit = isWide ? sizeof(char16_t) : 1;
+    std::string_view const bytes = stream ? platform::PeekStream(stream) : std::string_view();
+    std::size_t const length = std::min(bytes.size() / unit, LongestPlain);
+    line.SetLength(length);
+    std::size_t count = 0;
+    std::size_t const stop = isWide ? (count = CopyPlainText(bytes.data(), length, line.GetText()))
+                                    : DecodePlainText(bytes.data(), length, line.GetText(), count);
+    if (stop == length || bytes[stop * unit] != '\n' || (isWide && bytes[stop * unit + 1] != 0)) {
+        line.SetLength(0);
+        return false;
+    }
+    line.SetLength(count);
+    platform::SkipStream(stream, (stop + 1) * unit);
+    return true;
 }
 
 } // namespace detail

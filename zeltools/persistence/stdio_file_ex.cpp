@@ -4,6 +4,7 @@
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/string_conversion.h"
 #include "zeltools/foundation/text_scan_private.h"
+#include "zeltools/persistence/plain_text_private.h"
 #include "zeltools/platform/code_pages.h"
 
 #include <algorithm>
@@ -153,7 +154,7 @@ void CStdioFileEx::SkipBoom() {
 }
 
 // A line as the file has it, as UTF-16.
-bool CStdioFileEx::ReadTextLine(CXTString<char16_t>& line) {
+inline bool CStdioFileEx::ReadTextLine(CXTString<char16_t>& line) {
     if (IsFileUnicodeText()) {
         return ReadStringW(line);
     }
@@ -163,7 +164,7 @@ bool CStdioFileEx::ReadTextLine(CXTString<char16_t>& line) {
         XFASTCA2W(line, narrowLine, encoding);
         return isRead;
     }
-    if (ReadPlainLine(line, false)) {
+    if (detail::ReadPlainLine(stream, line, false)) {
         return true;
     }
     Line bytes; // UTF-8 is converted right out of the stream

@@ -129,7 +129,7 @@ bool CXStdioFile::ReadStringW(CXTString<char16_t>& text) {
         XFASTCA2W(text, narrow);
         return isRead;
     }
-    if (ReadPlainLine(text, true)) {
+    if (detail::ReadPlainLine(stream, text, true)) {
         return true;
     }
     Line line;
@@ -139,25 +139,6 @@ bool CXStdioFile::ReadStringW(CXTString<char16_t>& text) {
     text.SetLength(count > 0 ? detail::CopyPlainText(line.bytes, count, text.GetText()) : 0);
     TrimLineBuffer();
     return isRead;
-}
-
-// The line must be short and lie whole in the stream's buffer.
-bool CXStdioFile::ReadPlainLine(CXTString<char16_t>& line, bool isWide) {
-    constexpr std::size_t LongestPlain = 256; // what a fresh string is given room for at once
-    std::size_t const unit = isWide ? sizeof(char16_t) : 1;
-    std::string_view const bytes = stream ? platform::PeekStream(stream) : std::string_view();
-    std::size_t const length = std::min(isWide ? bytes.size() / sizeof(char16_t) : bytes.size(), LongestPlain);
-    line.SetLength(length);
-    std::size_t count = 0;
-    std::size_t const stop = isWide ? (count = detail::CopyPlainText(bytes.data(), length, line.GetText()))
-                                    : detail::DecodePlainText(bytes.data(), length, line.GetText(), count);
-    if (stop == length || bytes[stop * unit] != '\n' || (isWide && bytes[stop * unit + 1] != 0)) {
-        line.SetLength(0);
-        return false;
-    }
-    line.SetLength(count);
-    platform::SkipStream(stream, (stop + 1) * unit);
-    return true;
 }
 
 bool CXStdioFile::ReadString(CXTString<char16_t>& line) {

@@ -108,10 +108,6 @@ protected:
     /// Gives the memory of a very long line back; it would stand beside the same text in two strings.
     void TrimLineBuffer();
 
-    /// Reads a short line of good UTF-8, or of 16-bit text, that has no zero in it.
-    /// @return false for any other, which is not read yet; `line` is empty then.
-    bool ReadPlainLine(CXTString<char16_t>& line, bool isWide);
-
     /// One character and the bytes that it was read from.
     struct Character {
         char16_t units[4]{};
