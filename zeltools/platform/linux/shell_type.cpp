@@ -22,10 +22,14 @@ public:
         void* const library = dlopen("libgio-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
         if (!library)
             return;
+        decltype(&g_content_type_get_mime_dirs) getFolders = nullptr;
         bool const isWhole =
-            Find(library, "g_content_type_guess", guess) && Find(library, "g_content_type_is_unknown", isUnknown) &&
+            Find(library, "g_content_type_get_mime_dirs", getFolders) && Find(library, "g_content_type_guess", guess) &&
+            Find(library, "g_content_type_is_unknown", isUnknown) &&
             Find(library, "g_content_type_get_description", getDescription) && Find(library, "g_free", release);
-        if (!isWhole)
+        if (isWhole)
+            getFolders(); // GIO settles them with the first description, and then reads and keeps the database twice
+        else
             release = nullptr;
     }
 
