@@ -167,6 +167,19 @@ TEST(MemoryRichEditCtrl, AgreesWithAPlainStringThroughRandomChangesAndBack) {
     ExpectLines(control, u"");
 }
 
+TEST(MemoryRichEditCtrl, ForgetsTheOldestOfAHundredChanges) {
+    MemoryRichEditCtrl control;
+    for (int i = 0; i < 101; ++i) {
+        control.ReplaceSel(u"+", true);
+    }
+    int undone = 0;
+    while (control.Undo()) {
+        ++undone;
+    }
+    EXPECT_EQ(undone, 100);
+    EXPECT_EQ(TextOf(control), u"+");
+}
+
 TEST(MemoryEdit, KeepsLineBreaksAndOneFocus) {
     MemoryEdit edit;
     MemoryRichEditCtrl other;
