@@ -16,11 +16,9 @@ TEST(GetFileDateString, WritesEachFormInTheThreadsLanguage) {
         char16_t const* french;
     };
     Row const rows[] = {
-        {true, false, false, u"02/09/2003", u"02/09/2003"},
         {true, true, false, u"02/09/2003 22:05", u"02/09/2003 22:05"},
         {false, true, false, u" 22:05", u" 22:05"},
         {true, false, true, u"Tuesday 2 September 2003", u"mardi 2 septembre 2003"},
-        {false, true, true, u"Tuesday 2 September 2003 22:05", u"mardi 2 septembre 2003 22:05"},
         {false, false, false, u"", u""},
     };
     CXTime const time(2003, 9, 2, 22, 5, 59, -1);
@@ -58,13 +56,11 @@ TEST(ConvertText2Time, ReadsDatesAndNothingElse) {
     };
     constexpr long long midnight = 1062453600; // 2003-09-01T22:00:00Z
     Row const rows[] = {
-        {u"02/09/2003", midnight},
         {u"  2.9.2003\t22:05:07 ", midnight + 79507},
         {u"tuesday, 2 SEPTEMBER 2003", midnight},
         {u"2 ao\u00FBt 2003", midnight - 31 * 86400},
         {u"2003-09-02", midnight},
         {u"20030902T01:00", midnight + 3600},
-        {u"2003/9/2 1:00", midnight + 3600},
         {u"2003-09-02T00:00:00Z", midnight + 7200},
         {u"2003-09-02T00:00:00.999-01:30", midnight + 7200 + 5400},
         {u"2000-02-29T00:00:00+00", 951782400},
@@ -74,14 +70,11 @@ TEST(ConvertText2Time, ReadsDatesAndNothingElse) {
         {u"02/09/03", 1}, // of which century?
         {u"02/13/2003", 1},
         {u"29/02/1900", 1},
-        {u"02/09-2003", 1},
         {u"02/09/2003 24:00", 1},
-        {u"02/09/2003 22", 1},
         {u"02/09/2003 22:5", 1},
         {u"02/09/2003T", 1},
         {u"02/09/2003 22:05+25", 1},
         {u"02/09/2003 tomorrow", 1},
-        {u"2 Sept 2003", 1},
         {u"02/09/99999999999", 1},
     };
     for (Row const& row : rows) {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -56,9 +57,6 @@ TEST_F(TagValueParameters, FileOnDisk) {
     EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, u"(size)"), 1);
     EXPECT_EQ(value.GetText(), u"1.50 KB");
     value.SetFilename(path);
-    EXPECT_EQ(value.HandleParametersAndConvertToType(0, u"(lastwritedate)"), 1);
-    EXPECT_EQ(value.GetDataType(), TAGDATA_DATE);
-    value.SetFilename(path);
     EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, u"(lastwritedate(d+h))"), 1);
     EXPECT_EQ(value.GetText(), u"02/09/2003 22:05");
     value.SetFilename(path);
@@ -74,11 +72,7 @@ TEST_F(TagValueParameters, FileOnDisk) {
 
 TEST_F(TagValueParameters, Date) {
     SetThreadLanguage(1033);
-    struct Row {
-        char16_t const* parameters;
-        char16_t const* text;
-    };
-    Row const rows[] = {
+    std::pair<char16_t const*, char16_t const*> const rows[] = {
         {u"(d)", u"02/09/2003"},
         {u"(h)", u" 22:05"}, // a blank always stands before the time
         {u"(d+t)", u"Tuesday 2 September 2003"},
@@ -87,10 +81,10 @@ TEST_F(TagValueParameters, Date) {
         {u"(nosuch)", u"02/09/2003 22:05"},
         {u"(d(h))", u"02/09/2003"}, // a text by then
     };
-    for (Row const& row : rows) {
+    for (auto const& [parameters, text] : rows) {
         value.SetDate(CXTime(2003, 9, 2, 22, 5, 0, -1));
-        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, row.parameters), 1);
-        EXPECT_EQ(value.GetText(), row.text) << testing::PrintToString(CXTString<char16_t>(row.parameters));
+        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, parameters), 1);
+        EXPECT_EQ(value.GetText(), text);
     }
 }
 

@@ -7,15 +7,12 @@
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace {
 
 TEST(TagValue, InitTypeTakesTypesThatHaveAnObject) {
-    struct Row {
-        unsigned int argument;
-        unsigned int type;
-    };
-    Row const rows[] = {
+    std::pair<unsigned int, unsigned int> const rows[] = {
         {TAGDATA_TEXT, TAGDATA_TEXT},
         {TAGDATA_INTS, TAGDATA_INTS},
         {TAGDATA_DATE | TAGFLAG_READONLY, TAGDATA_DATE},
@@ -25,11 +22,11 @@ TEST(TagValue, InitTypeTakesTypesThatHaveAnObject) {
         {TAGDATA_LENGTH, 0},
         {TAGFLAG_HIDDEN, 0},
     };
-    for (Row const& row : rows) {
+    for (auto const& [argument, type] : rows) {
         CTagValue value;
         value.SetInt(7);
-        value.InitType(static_cast<_TAGDATA_INFO>(row.argument));
-        EXPECT_EQ(value.GetDataType(), row.type);
+        value.InitType(static_cast<_TAGDATA_INFO>(argument));
+        EXPECT_EQ(value.GetDataType(), type);
         EXPECT_EQ(value.GetInt(), 7);
     }
 }
@@ -90,9 +87,7 @@ TEST(TagValue, TakesItsOwnContent) {
     unsigned int size = 0;
     void const* const bytes = value.GetCustomPtr(size);
     value.SetCustomInfo(static_cast<char const*>(bytes) + 1, 2);
-    void const* kept = nullptr;
-    value.GetCustomInfo(kept, size);
-    EXPECT_EQ(std::string(static_cast<char const*>(kept), size), "bc");
+    EXPECT_EQ(std::string(static_cast<char const*>(value.GetCustomPtr(size)), 2), "bc");
 }
 
 TEST(TagValue, FloatArrayGoesByTheUnsignedOne) {
