@@ -243,7 +243,17 @@ public:
     int SetRTFTag(CCustomRichEditCtrl& control, CXTString<char16_t>& text);
 
     /// Expands all tags of a control and removes all markers: a block goes where any of its tags gave an empty text.
-    /// Nothing is done where the control has no window.
+    /// Nothing is done where the control has no window. With `<x>` giving "b" and `<e>` an empty text:
+    ///
+    /// | Control                              | Becomes             |
+    /// |--------------------------------------|---------------------|
+    /// | `1<tagifexist>a<x></tagifexist>2`    | `1ab2`              |
+    /// | `1<tagifexist>a<x><e></tagifexist>2` | `12`                |
+    /// | `a < b <x>, <x>`                     | `a < b <x>, b`      |
+    /// | `</tagifexist><x><x>`                | `</tagifexist><x>b` |
+    ///
+    /// A tag reaches back to any `<`, and behind a closer that closes nothing a character is passed over. A line in
+    /// which a marker stood alone goes with it, and so do blank lines at the end of the control.
     ///
     /// What would run for ever stops at the limits: a value that holds its own tag, and a tag that EvaluateTag refuses
     /// again and again, since a refused tag is offered once more. No more than `nested` blocks are open at once.
