@@ -63,11 +63,8 @@ private:
     MediaLimits limits;
 };
 
-/// "pixelType" as "pixel type"; the names of metadata stay as they are.
+/// "pixelType" as "pixel type".
 std::string Words(std::string const& key) {
-    if (key.find_first_of(": ") != std::string::npos || (!key.empty() && std::isupper(key[0]) != 0)) {
-        return key;
-    }
     std::string words;
     for (char const c : key) {
         words += std::isupper(c) != 0 ? std::string(" ") + static_cast<char>(std::tolower(c)) : std::string(1, c);
@@ -80,15 +77,16 @@ public:
     explicit TextPrinter(bool toTerminal) : terminal(toTerminal) {}
 
     /// Each member on a line of its own; an object or a list of objects below its name, further to the right.
-    void Print(Json const& object, std::size_t indent) const {
+    /// @param isMetadata  Then the names are the file's own, and stay as they are.
+    void Print(Json const& object, std::size_t indent, bool isMetadata = false) const {
         for (auto const& [key, value] : object.items()) {
             bool const isTable = !value.empty() && (value.is_object() || (value.is_array() && value[0].is_object()));
-            std::string const name = std::string(indent, ' ') + ShownName(Words(key), terminal);
+            std::string const name = std::string(indent, ' ') + ShownName(isMetadata ? key : Words(key), terminal);
             if (!isTable) {
                 fmt::print("{:<26} {}\n", name, ShownName(Scalar(value), terminal));
             } else if (value.is_object()) {
                 fmt::print("{}\n", name);
-                Print(value, indent + 2);
+                Print(value, indent + 2, key == "metadata");
             } else {
                 for (std::size_t i = 0; i < value.size(); ++i) {
                     fmt::print("{} {}\n", name, i);

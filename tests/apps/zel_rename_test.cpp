@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+// zel rename on real files: who may get which name, in what order, and what is left when it is stopped.
+
+#include "zel_fixture.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+namespace {
+
+using Json = nlohmann::json;
+using testing::HasSubstr;
+
+using Files = std::map<std::string, std::string>;
+
+class ZelRename : public Zel {
+protected:
+    ZelRename() { pluginFolder = ZEL_TEST_PLUGINS; }
+
+    /// Files whose content is their name, each a day older than the one before: `--sort date` takes the last one first.
+    void MakeFiles(std::vector<std::string> const& names) const {
+        long long seconds = 1'000'000'000;
+        for (std::string const& name : names) {
+            timespec const times[2] = {{seconds, 0}, {seconds, 0}};
+            utimensat(AT_FDCWD, Make(name, name).c_str(), times, 0);
+            seconds -= 86'400;
+        }
+    }
+
+    /// Names below the tree, with what is in them.
+    Files Content() const {
+        Files files;
+        for (auto const& entry : fs::recursive_directory_iterator(Tree())) {
+            if (!entry.is_directory()) {
+                files[entry.path().lexically_relative(Tree())] = ReadWhole(entry.path());
+            }
+        }
+        return files;
+    }
+
+    Outcome Rename(std::string const& text, std::vector<std::string> more = {}) const {
+        more.insert(more.begin(), {"rename", "--template", text, Tree()});
+        return Run(std::move(more));
+    }
+};
+
+TEST_F(ZelRename, PreviewTellsAndApplyDoes) {
+    MakeFiles({"a.txt", "b.txt", "sub/c.txt"});
+    Files const before = Content();
+    Outcome const preview = Rename("<file(shortname)> <counter>");
+    EXPECT_EQ(preview.status, 0) << preview.errors;
+    EXPECT_THAT(preview.output, HasSubstr("/a.txt -> a 1.txt\n"));
+    EXPECT_THAT(preview.output, HasSubstr("\n2 to rename; --apply does it\n"));
+    EXPECT_EQ(Content(), before);
+    Outcome const applied = Rename("<file(shortname)> <counter>", {"-r", "--apply", "--start", "9", "--json"});
+    EXPECT_EQ(applied.status, 0);
+    EXPECT_EQ(Json::parse(applied.output).at("files").at(2).at("state"), "renamed");
+    EXPECT_EQ(Content(), (Files{{"a 09.txt", "a.txt"}, {"b 10.txt", "b.txt"}, {"sub/c 11.txt", "sub/c.txt"}}));
+    EXPECT_THAT(Rename("<file(shortname)>").output, HasSubstr("0 to rename, 2 as they are\n"));
+}
+
+TEST_F(ZelRename, ExtensionsStayUnlessTheTemplateSays) {
+    struct {
+        char const* file;
+        char const* text;
+        char const* option;
+        char const* renamed;
+    } const rows[] = {
+        {"a.TXT", "x", "--apply", "x.TXT"},
+        {"a.TXT", "<kind>.txt", "--apply", "other.txt"}, // ends in it, whatever its case
+        {"a.txt", "<kind>.jpeg", "--apply", "other.jpeg"},
+        {"a.txt", "v1.0 <kind>", "--apply", "v1.0 other.txt"}, // a dot in front of a tag is none of an extension
+        {"a.txt", "<file(shortname)><tagifexist>.x<width></tagifexist> b", "--apply", "a b.txt"},
+        {"a.txt", "<kind>", "--whole-name", "other"},
+        {"a.b.gz", "<file(shortname)>_<file(ext)>", "--apply", "a.b_.gz"},
+        {".hidden", "<kind>x", "--apply", "otherx.hidden"},
+        {"none", "<kind>", "--apply", "other"},
+    };
+    for (auto const& row : rows) {
+        SCOPED_TRACE(row.text);
+        fs::remove_all(Tree());
+        Make(row.file, "1");
+        Outcome const outcome = Rename(row.text, {"--apply", row.option});
+        EXPECT_EQ(Content(), (Files{{row.renamed, "1"}})) << outcome.errors;
+    }
+}
+
+TEST_F(ZelRename, RefusesWhatIsNoName) {
+    struct {
+        std::string text;
+        std::vector<std::string> options;
+        char const* reason;
+    } const rows[] = {
+        {"<width>", {"--whole-name"}, "the new name is empty"},
+        {".", {}, "'.' is no name"},
+        {"..", {"--folders"}, "'..' is no name"},
+        {"a/../b", {"--folders", "--whole-name"}, "'..' is no name"},
+        {"/tmp/x", {"--folders"}, "the new name is empty"},
+        {"a/b", {}, "holds a slash"},
+        {"taken/b", {"--folders"}, "taken is no folder"},
+        {"a\\nb", {}, "control character"},
+        {std::string(252, 'n'), {}, "256 bytes, and 255 are allowed"},
+        {"taken.<index>", {"--whole-name"}, "there is a file of that name"},
+        {"link.<index>", {"--whole-name"}, "there is a file of that name"},
+    };
+    fs::path const file = Make("a.txt", "a");
+    Make("taken", "t");
+    Make("taken.1", "t1");
+    fs::create_symlink("nowhere", folder / "tree/link.1");
+    for (auto const& row : rows) {
+        SCOPED_TRACE(row.text);
+        std::vector<std::string> arguments = {"rename", "--apply", "--template", row.text, file};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        Outcome const outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.errors, testing::AllOf(HasSubstr("a.txt: not renamed"), HasSubstr(row.reason)));
+        EXPECT_EQ(ReadWhole(file), "a");
+    }
+    EXPECT_EQ(ReadWhole(folder / "tree/taken.1"), "t1");
+    EXPECT_EQ(Run({"rename", "--template", std::string(251, 'n'), file}).status, 0);
+    EXPECT_EQ(Run({"rename", "--template", "a/b<file(ext)>", "--folders", "--apply", file}).status, 0);
+    EXPECT_EQ(Content().at("a/b.txt"), "a");
+}
+
+TEST_F(ZelRename, RefusesATemplateWithAFaultAndFilesThatCannotBeRead) {
+    Make("a.tim", "nonsense");
+    Make("b.tim", "image 64 48");
+    Outcome const fault = Rename("<widht>", {"--apply"});
+    EXPECT_EQ(fault.status, 1);
+    EXPECT_THAT(fault.errors, HasSubstr("<width> is the nearest"));
+    Outcome const unreadable = Rename("<width>", {"--apply"});
+    EXPECT_EQ(unreadable.status, 1);
+    EXPECT_THAT(unreadable.errors, HasSubstr("a.tim: not renamed: it cannot be read: TIM1: "));
+    EXPECT_EQ(Content(), (Files{{"a.tim", "nonsense"}, {"64.tim", "image 64 48"}}));
+    EXPECT_EQ(Run({"rename", "--template", "x", Tree() + "/none"}).status, 1);
+    EXPECT_EQ(Run({"rename", "--template", "x"}).status, 2);
+    EXPECT_EQ(Run({"rename", Tree()}).status, 2);
+}
+
+TEST_F(ZelRename, OneNameForTwoIsForNeither) {
+    MakeFiles({"a.txt", "b.txt", "c.bmp"});
+    fs::create_directory_symlink(Tree(), folder / "again");
+    Outcome const shared = Rename("<kind>", {"--apply"});
+    EXPECT_EQ(shared.status, 1);
+    EXPECT_THAT(shared.errors, HasSubstr("/b.txt would get the same name"));
+    EXPECT_EQ(Content(), (Files{{"a.txt", "a.txt"}, {"b.txt", "b.txt"}, {"bitmap.bmp", "c.bmp"}}));
+    // Two ways to one folder are one file each.
+    Outcome const twice = Rename("<counter>", {"--apply", folder / "again", Tree() + "/../tree"});
+    EXPECT_THAT(twice.output, HasSubstr("3 renamed"));
+}
+
+TEST_F(ZelRename, SwapsAndChainsComeOutRight) {
+    // Sorted by date the last one is the first: a name moves to the next number, or into a ring.
+    struct {
+        std::vector<std::string> files; // newest first
+        char const* start;
+        Files expected;
+        int status;
+    } const rows[] = {
+        {{"2", "1"}, "1", {{"1", "1"}, {"2", "2"}}, 0},                                         // as they are
+        {{"1", "2"}, "1", {{"1", "2"}, {"2", "1"}}, 0},                                         // a swap
+        {{"1", "3", "2"}, "1", {{"1", "2"}, {"2", "3"}, {"3", "1"}}, 0},                        // a ring of three
+        {{"3", "2", "1"}, "2", {{"2", "1"}, {"3", "2"}, {"4", "3"}}, 0},                        // a chain
+        {{"4", "3", "2"}, "1", {{"1", "2"}, {"2", "3"}, {"3", "4"}}, 0},                        // one downwards
+        {{"3", "4", "1", "2"}, "1", {{"1", "2"}, {"2", "1"}, {"3", "4"}, {"4", "3"}}, 0},       // two swaps
+        {{"3", "2", "1", "taken/4"}, "2", {{"1", "1"}, {"2", "2"}, {"3", "3"}, {"4", "x"}}, 1}, // blocked at its end
+    };
+    for (auto const& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.files) + " from " + row.start);
+        fs::remove_all(Tree());
+        std::vector<std::string> files = row.files;
+        bool const blocked = files.back() == "taken/4";
+        if (blocked) {
+            files.pop_back();
+        }
+        MakeFiles(files);
+        std::vector<std::string> arguments = {"rename",  "--apply", "--whole-name", "--sort", "date",
+                                              "--start", row.start, "--template",   "<index>"};
+        for (std::string const& file : files) {
+            arguments.push_back(Tree() + "/" + file);
+        }
+        if (blocked) {
+            Make("4", "x");
+        }
+        Outcome const outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, row.status) << outcome.errors;
+        EXPECT_EQ(Content(), row.expected);
+        if (blocked) {
+            EXPECT_THAT(outcome.errors, HasSubstr("/2 has that name and keeps it"));
+        }
+    }
+}
+
+TEST_F(ZelRename, WhatTheSystemRefusesStaysWhole) {
+    MakeFiles({"locked/1", "locked/2"});
+    chmod((folder / "tree/locked").c_str(), 0555);
+    Outcome const outcome =
+        RunWithoutPrivileges({"rename", "--apply", "--sort", "date", "--template", "<index>", Tree() + "/locked"});
+    if (outcome.status == 126 || outcome.status == 127) {
+        GTEST_SKIP() << "another user cannot start the program from here";
+    }
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("/2: not renamed to 1: Permission denied"));
+    EXPECT_EQ(Content(), (Files{{"locked/1", "locked/1"}, {"locked/2", "locked/2"}}));
+}
+
+TEST_F(ZelRename, AnInterruptionLeavesEachFileUnderOneOfItsNames) {
+    constexpr int count = 4000;
+    for (int i = 0; i < count; ++i) {
+        Make("f" + std::to_string(i), std::to_string(i));
+    }
+    pid_t const child = Start({ZEL_PROGRAM, "rename", "--apply", "--template", "n<file(name)>", Tree()},
+                              folder / "output", folder / "errors");
+    fs::path const first = folder / "tree/nf0"; // the walk's first
+    siginfo_t ended{};
+    while (!fs::exists(first) && ended.si_pid == 0) {
+        waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT);
+        std::this_thread::yield();
+    }
+    kill(child, SIGINT);
+    kill(child, SIGINT); // an impatient person
+    int const status = Wait(child);
+    EXPECT_TRUE(status == 130 || status == 0) << status;
+    int renamed = 0;
+    for (auto const& [name, content] : Content()) {
+        EXPECT_TRUE(name == "f" + content || name == "nf" + content) << name;
+        renamed += name[0] == 'n' ? 1 : 0;
+    }
+    EXPECT_EQ(Content().size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(status == 0, renamed == count);
+    if (status == 130) {
+        EXPECT_THAT(ReadWhole(folder / "output"), HasSubstr(std::to_string(renamed) + " renamed"));
+    }
+}
+
+} // namespace
