@@ -19,14 +19,14 @@
 
 /// Writes a date.
 ///
-/// | date | hour | text | 2 September 2003, 22:05           |
-/// |------|------|------|-----------------------------------|
-/// | yes  | no   | no   | "02/09/2003"                      |
-/// | any  | no   | yes  | "Tuesday 2 September 2003"        |
-/// | yes  | yes  | no   | "02/09/2003 22:05"                |
-/// | any  | yes  | yes  | "Tuesday 2 September 2003 22:05"  |
+/// | date | hour | text | 2 September 2003, 22:05                   |
+/// |------|------|------|-------------------------------------------|
+/// | yes  | no   | no   | "02/09/2003"                              |
+/// | any  | no   | yes  | "Tuesday 2 September 2003"                |
+/// | yes  | yes  | no   | "02/09/2003 22:05"                        |
+/// | any  | yes  | yes  | "Tuesday 2 September 2003 22:05"          |
 /// | no   | yes  | no   | " 22:05": the time always follows a blank |
-/// | no   | no   | no   | ""                                |
+/// | no   | no   | no   | ""                                        |
 ///
 /// @return empty as well for a time whose year a broken-down record cannot hold.
 /// Threads: any.

@@ -27,7 +27,7 @@
 /// A copy is a view: it shares the objects of its source, is good for a short time only, and one of the two alone may
 /// be destroyed while it owns them. Likewise an assignment drops the objects of its target without destroying them.
 ///
-/// Errors:  conversions tell by their result; memory that runs out throws CXMemoryException.
+/// Errors:  conversions tell by their result, and nothing goes to the log.
 /// Threads: one at a time.
 class ZEL_API CTagValue {
 public:
@@ -48,14 +48,13 @@ protected:
     /// Applies one parameter to the value. A subclass that has parameters of its own passes on the names that it does
     /// not know.
     ///
-    /// | Value    | Name                                                  | Becomes |
-    /// |----------|-------------------------------------------------------|--------------------------------------------|
-    /// | date     | any                                                   | text: day, time and long form, as the name
-    /// | |          |                                                       | has the letters d, h and t | | filename |
-    /// ext, name, path, shortname, topdir, root, fullpath    | that part, a filename again                | | filename
-    /// | size                                                  | file size; 0 where there is no such file   | |
-    /// filename | createdate, lastwritedate                             | date; 0 where the disk gives none          |
-    /// | filename | kind                                                  | text |
+    /// | Value    | Name                                               | Becomes                                 |
+    /// |----------|----------------------------------------------------|-----------------------------------------|
+    /// | date     | any                                                | text, by the letters d, h, t in it      |
+    /// | filename | ext, name, path, shortname, topdir, root, fullpath | that part, a filename again             |
+    /// | filename | size                                               | file size; nothing where it is no file  |
+    /// | filename | createdate, lastwritedate                          | date; nothing where the disk gives none |
+    /// | filename | kind                                               | text                                    |
     ///
     /// @return the type that the value has afterwards; the caller enters it. The present type where the name is empty,
     ///         no parameter of CTags::parametersMap, or nothing to a value of this type; 0 on failure.
@@ -151,18 +150,19 @@ public:
     /// A name that is no parameter ends the chain, and the value is converted as it is then. Types of one base
     /// become each other by name. Beyond that there are these ways, and no others:
     ///
-    /// | From                       | To                                                                            |
-    /// |----------------------------|-------------------------------------------------------------------------------|
-    /// | uint                       | text, uints, floats                                                           |
-    /// | float                      | text (4 decimals), uint, bool, uints, floats; cut towards zero                |
-    /// | int, bool, file size,      | text                                                                          |
-    /// | colour, duration, length,  |                                                                               |
-    /// | resolution, date           |                                                                               |
-    /// | strings, floats            | text, each element followed by its separator                                  |
-    /// | uints, ints                | text likewise; uint and int: the first element                                |
-    /// | bytes (TAGDATA_CUSTOMINFO) | text, a blank for what does not print                                         |
-    /// | text                       | all bases: arrays at each " ; ", numbers by scanning, dates by ConvertText2Time,
-    /// | |                            | bytes as many as the text has characters                                      |
+    /// | From                           | To                                                         |
+    /// |--------------------------------|------------------------------------------------------------|
+    /// | uint                           | text, uints, floats                                        |
+    /// | float                          | text; uint, bool, uints, cut towards zero; floats          |
+    /// | int, bool, file size, colour   | text                                                       |
+    /// | duration, length, resolution   | text                                                       |
+    /// | date                           | text                                                       |
+    /// | strings, uints, ints, floats   | text, each element followed by its separator               |
+    /// | uints, ints                    | uint, int: the first element                               |
+    /// | bytes (TAGDATA_CUSTOMINFO)     | text, a blank for what does not print                      |
+    /// | text                           | arrays, cut at each " ; "; numbers and floats, by scanning |
+    /// | text                           | date, by ConvertText2Time                                  |
+    /// | text                           | bytes, as many as it has characters                        |
     ///
     /// A length of 10 mm or less gives an empty text. A float beyond 64 bits gives the nearest number there is, one
     /// below 0 its two's complement, and what is no number 0.
@@ -170,7 +170,7 @@ public:
     /// @param requested   The type, flags ignored; 0 applies the parameters alone.
     /// @param parameters  As "(createdate(d+h))"; empty for none.
     /// @return 1 on success. On 0 the value is what the parameters left, with no conversion begun, except that a text
-    ///         that is no date leaves an empty date.
+    ///         that is no date leaves a date, with the time that the object had before.
     int HandleParametersAndConvertToType(unsigned int requested, CXTString<char16_t> const& parameters);
 
     /// Reads a CXTString<char16_t> for a type of base text and 32 bits for one of base number.
@@ -184,7 +184,8 @@ public:
 
     /// Stores the value under that id: a number in 32 bits, a date in whole seconds of local time. An array without
     /// elements, and bytes that are missing, remove the id.
-    /// @return 0 for an empty value and for a date that has no broken-down form, with the store untouched; else 1.
+    /// @return 0 for an empty value, a date that has no broken-down form and an array of 4 GiB or more, with the store
+    ///         untouched; else 1.
     int SetValueToData(CCustomData& data, unsigned int id) const;
 
 protected:
