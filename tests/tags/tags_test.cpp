@@ -175,6 +175,18 @@ TEST_F(Tags, TheLastParameterAnswersWhereItIsKnown) {
     }
 }
 
+TEST_F(Tags, ADeepChainIsReadInOnePass) {
+    Text tag(u"<picture(createdate");
+    for (int i = 0; i < 100'000; ++i)
+        tag += u"(d";
+    tag += Text(u')', 100'001) + u">";
+    EXPECT_EQ(tags.GetTagDataType(tag), TAGDATA_TEXT);
+    CTagInfo info;
+    CTagValue value;
+    tags.GetTagInfo(tag, info);
+    EXPECT_EQ(tags.GetDataFromTag(info, value, TAGDATA_TEXT), 1);
+}
+
 TEST_F(Tags, ParametersStandInTheirOrder) {
     std::u16string names;
     unsigned int sum = 0;
