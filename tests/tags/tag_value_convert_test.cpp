@@ -180,9 +180,9 @@ TEST(TagValueConvert, TextIsScannedForNumbers) {
     ASSERT_EQ(value.GetFloatArray(false).GetSize(), 2);
     EXPECT_EQ(value.GetFloatArray(false)[1], -2000.0F);
 
-    value.SetText(u"12345678901 and more");
+    value.SetText(u"18446744073709551615 and more");
     EXPECT_EQ(Convert(value, TAGDATA_FILESIZE), 1);
-    EXPECT_EQ(value.GetFileSize(), 12345678901u);
+    EXPECT_EQ(value.GetFileSize(), ~0ULL);
     value.SetText(u"-5");
     EXPECT_EQ(Convert(value, TAGDATA_INT), 1);
     EXPECT_EQ(value.GetInt(), -5);
