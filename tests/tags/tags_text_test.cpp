@@ -239,6 +239,20 @@ TEST_F(TagsTextLimits, BlockAtTheEndThatNothingCloses) {
     Expect(u"<tagifexist><na<tagifexist></tagifexist>me></tagifexist", u"<tagifexist>name</tagifexist", false);
 }
 
+TEST_F(TagsTextLimits, CallsInsideEachOther) {
+    tags.Add(u"<inside>", [&](CTagInfo const&, CTagValue& value) {
+        CXTString<char16_t> text(u".<inside>");
+        tags.ProcessText(CTags::CTagContext(), text);
+        text.Remove(u'<');
+        value.SetText(text);
+        return true;
+    });
+    tags.SetTextLimits({.depth = 3});
+    Expect(u".<inside>", u"....inside>", true); // the fourth call leaves its text
+    tags.SetTextLimits({});
+    Expect(u"<inside>", std::u16string(256, u'.') + u"inside>", true);
+}
+
 TEST_F(TagsTextLimits, LongTextsAreLinear) {
     auto const times = [](std::u16string const& text, int count) {
         std::u16string all;

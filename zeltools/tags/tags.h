@@ -51,6 +51,10 @@ struct TagTextLimits {
     /// Characters by which values may make a text longer, 256 MiB: a value that doubles itself gets there before memory
     /// is short. What is taken up again at the end of a template stops after as many, too.
     int length = 1 << 27;
+
+    /// Calls of ProcessText inside each other on one thread, where EvaluateTag expands a template itself: a host whose
+    /// template then leads to itself would run out of stack, of which a call takes two or three KiB.
+    unsigned int depth = 256;
 };
 
 /// What a menu of tags offers; bits of the flags of CTags::DoPopupMenu.

@@ -120,6 +120,22 @@ constexpr char const* NeverClosed = "a tag or block that nothing closes";
 constexpr char const* OwnTag = "a value that comes out of itself";
 constexpr char const* TooManyNested = "tags in values";
 constexpr char const* TooLong = "the length";
+constexpr char const* TooDeep = "templates in each other's evaluation";
+
+/// Counts the calls of the calling thread that are inside each other.
+class CallDepth {
+public:
+    CallDepth() { ++calls; }
+    ~CallDepth() { --calls; }
+    CallDepth(CallDepth const&) = delete;
+    CallDepth& operator=(CallDepth const&) = delete;
+    unsigned int Get() const { return calls; }
+
+private:
+    static thread_local unsigned int calls;
+};
+
+thread_local unsigned int CallDepth::calls = 0;
 
 } // namespace
 
@@ -346,9 +362,13 @@ void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generatio
 void CTags::ProcessText(CTagContext const& context, CXTString<char16_t>& text) {
     if (context.kind != CTagContext::KindOfText || text.GetLength() <= 0)
         return;
-    TextExpansion expansion(*this, context, text);
-    char const* const exceeded = expansion.Run();
-    expansion.GetText(text);
+    CallDepth const depth;
+    char const* exceeded = TooDeep;
+    if (depth.Get() <= textLimits.depth) {
+        TextExpansion expansion(*this, context, text);
+        exceeded = expansion.Run();
+        expansion.GetText(text);
+    }
     if (exceeded)
         WriteToLogFile(u"A template was not expanded to its end, since it went beyond a limit: %hs.\n", exceeded);
 }
