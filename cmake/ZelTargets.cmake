@@ -37,6 +37,7 @@ function(zel_plugin name)
                                                    INSTALL_RPATH "$ORIGIN/../..")
     add_library(${name}-backend MODULE ${arg_BACKEND})
     target_link_libraries(${name}-backend PRIVATE zeltools-plugin-common zeltools-warnings ${arg_LIBRARIES})
+    target_link_options(${name}-backend PRIVATE -Wl,-z,now) # what is missing is told at the opening (backend_library.cpp)
     set_target_properties(${name}-backend PROPERTIES PREFIX "" OUTPUT_NAME ${name}_backend
                                                      LIBRARY_OUTPUT_DIRECTORY ${built}/backends
                                                      INSTALL_RPATH "$ORIGIN/../../..")

@@ -140,6 +140,12 @@ size_t PolledFile::read(void* target, size_t size) {
         seek(m_pos + static_cast<int64_t>(got));
         return got;
     }
+    if (m_pos >= windowStart &&
+        static_cast<int64_t>(size) <= windowEnd - m_pos) { // nearly always: a number or a letter
+        std::memcpy(target, window.data() + (m_pos - windowStart), size);
+        m_pos += static_cast<int64_t>(size);
+        return size;
+    }
     auto* const bytes = static_cast<std::byte*>(target);
     size_t done = 0;
     while (done < size) {

@@ -10,7 +10,10 @@ void BackendLibrary::Open() {
     if (file.empty()) {
         return;
     }
-    handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    // The backend's own references are looked up now, since it is linked so (zel_plugin), and a missing one refuses it.
+    // Those among the hundred libraries behind it are left until they are used, as in any program that links them:
+    // to look up all of them takes longer than to read the headers of a hundred images.
+    handle = dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (!handle) {
         char const* const words = dlerror();
         errorText = words ? words : file;
