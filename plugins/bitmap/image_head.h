@@ -15,7 +15,6 @@
 struct ImageHead {
     std::vector<OIIO::ImageSpec> subImages; ///< As OpenImageIO would describe them. None where the file is damaged.
     bool isCutShort = false;                ///< It ends before its pixels do.
-    std::string error;                      ///< What is wrong with it, in the words of the format's library.
 };
 
 /// @param mostSubImages  A file may hold more: these are enough to see it.

@@ -3,6 +3,7 @@
 
 #include "plugins/bitmap/dicom_input.h"
 #include "plugins/bitmap/format_checks.h"
+#include "plugins/bitmap/heif_input.h"
 #include "plugins/bitmap/image_head.h"
 #include "plugins/bitmap/image_header.h"
 #include "plugins/bitmap/oiio_parser.h"
@@ -39,6 +40,13 @@ bool IsFilm(std::string const& format) {
 /// The reader of TIFF gives doubles right from strips that are read at once, and otherwise zeros without a word.
 bool WantsWholeStrips(std::string const& format, OIIO::ImageSpec const& spec) {
     return format == "tiff" && spec.format == OIIO::TypeDesc::DOUBLE;
+}
+
+/// The reader of a format: one of our own where the library's is not to be borne.
+std::unique_ptr<OIIO::ImageInput> MakeInput(std::string const& format, PolledFile& file) {
+    return format == "dicom"  ? MakeDicomInput()
+           : format == "heif" ? MakeHeifInput(file)
+                              : OIIO::ImageInput::create(format, false, nullptr, nullptr, "");
 }
 
 } // namespace
@@ -100,8 +108,7 @@ bool ImageReader::HasAllPixels() {
 bool ImageReader::Open() {
     OIIO::geterror(); // of whatever ran on this thread before
     file->seek(0);
-    input = parser.GetFormat() == "dicom" ? MakeDicomInput()
-                                          : OIIO::ImageInput::create(parser.GetFormat(), false, nullptr, nullptr, "");
+    input = MakeInput(parser.GetFormat(), *file);
     if (!input) {
         return FailAsLibrary();
     }
@@ -134,7 +141,7 @@ bool ImageReader::ReadHead(ImageHead const& head, CImageDocument& image) {
         return parser.FailAsStopped();
     }
     if (head.subImages.empty()) {
-        return parser.FailInWords(head.error); // which may be none
+        return parser.Fail(IoBadFormat);
     }
     image.format = CXTString<char16_t>(parser.GetFormat().c_str());
     for (OIIO::ImageSpec const& spec : head.subImages) {
@@ -155,7 +162,8 @@ bool ImageReader::ReadSubImages(CImageDocument& image, Extent extent) {
         return false;
     }
     unsigned long long const most = 1ULL + limits.maxSubImages;
-    if (std::optional<ImageHead> const head = ReadImageHead(parser.GetFormat(), *file, most)) {
+    std::optional<ImageHead> const head = ReadImageHead(parser.GetFormat(), *file, most);
+    if (head) {
         if (extent == Extent::Header) {
             return ReadHead(*head, image);
         }
@@ -185,6 +193,10 @@ bool ImageReader::ReadSubImages(CImageDocument& image, Extent extent) {
         if (!IsWithinLimits(spec, subImage) || (extent == Extent::All && !ReadPixels(spec, index, subImage))) {
             return false;
         }
+    }
+    // A damaged frame ends a GIF without a word.
+    if (head && head->subImages.size() > image.GetSubImageCount()) {
+        return FailAsLibrary();
     }
     // Asking for a subimage behind the last one is no fault, but some formats say so.
     input->geterror();

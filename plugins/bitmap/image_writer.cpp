@@ -88,8 +88,16 @@ bool KeepsUnassociatedAlpha(std::string const& format) {
     return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
 }
 
-/// Through the proxy no failed write goes unseen. TIFF reads its own directories back as it writes several images,
-/// which it cannot do through one.
+/// 8-bit pixels with room behind them: the writer of HEIF copies rows as long as its encoder's, beyond its own last
+/// one.
+std::vector<std::byte> MakePaddedBytes(std::byte const* pixels, OIIO::TypeDesc type, std::size_t size) {
+    constexpr std::size_t longest = 1024; // the encoder has rows of 64 pixels at least, in steps of a few
+    std::size_t const count = size / type.size();
+    std::vector<std::byte> bytes(count + longest);
+    OIIO::convert_pixel_values(type, pixels, OIIO::TypeDesc::UINT8, bytes.data(), static_cast<int>(count));
+    return bytes;
+}
+
 /// The writer of SGI stores what lies in memory as the name of a picture that has none.
 bool ClearName(std::string const& nativeName) {
     constexpr std::array<char, 80> noName{};
@@ -98,6 +106,8 @@ bool ClearName(std::string const& nativeName) {
     return file && file->pwrite(noName.data(), noName.size(), nameAt) == noName.size() && file->Finish();
 }
 
+/// Through the proxy no failed write goes unseen. TIFF reads its own directories back as it writes several images,
+/// which it cannot do through one.
 bool WritesThroughProxy(OIIO::ImageOutput const& output) {
     return output.supports("ioproxy") != 0 && std::string_view(output.format_name()) != "tiff";
 }
@@ -222,7 +232,9 @@ void ImageWriter::TellDifference(std::size_t index, CIoOptions* options) {
 bool ImageWriter::WritePixels(std::size_t index) {
     CSubImage const& subImage = *subImages[index];
     OIIO::ImageSpec const& spec = specs[index];
-    OIIO::TypeDesc const type = TypeDescOf(subImage.pixelType);
+    bool const readsBeyond = parser.GetFormat() == "heif";
+    OIIO::TypeDesc const pixelType = TypeDescOf(subImage.pixelType);
+    OIIO::TypeDesc const type = readsBeyond ? OIIO::TypeDesc(OIIO::TypeDesc::UINT8) : pixelType;
     bool const multiply = spec.alpha_channel >= 0 && spec.get_int_attribute("oiio:UnassociatedAlpha") != 0 &&
                           !KeepsUnassociatedAlpha(parser.GetFormat());
     auto const rowBytes = static_cast<std::size_t>(subImage.GetRowSize());
@@ -232,6 +244,7 @@ bool ImageWriter::WritePixels(std::size_t index) {
         rows = output->spec().tile_height; // a row of tiles at once
     }
     std::vector<std::byte> multiplied;
+    std::vector<std::byte> padded;
     for (int z = 0; z < spec.depth; ++z) {
         for (int y = 0; y < spec.height; y += std::min(rows, spec.height - y)) {
             if (parser.ShouldCancelParser()) {
@@ -242,9 +255,13 @@ bool ImageWriter::WritePixels(std::size_t index) {
                 subImage.GetRow(static_cast<unsigned long long>(z) * subImage.height + static_cast<unsigned int>(y));
             if (multiply) {
                 multiplied.assign(data, data + rowBytes * static_cast<std::size_t>(end - y));
-                OIIO::premult(spec.nchannels, spec.width, end - y, 1, 0, spec.nchannels, type, multiplied.data(),
+                OIIO::premult(spec.nchannels, spec.width, end - y, 1, 0, spec.nchannels, pixelType, multiplied.data(),
                               OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride, spec.alpha_channel, spec.z_channel);
                 data = multiplied.data();
+            }
+            if (readsBeyond) {
+                padded = MakePaddedBytes(data, pixelType, rowBytes * static_cast<std::size_t>(end - y));
+                data = padded.data();
             }
             bool const written = tiled ? output->write_tiles(spec.x, spec.x + spec.width, spec.y + y, spec.y + end,
                                                              spec.z + z, spec.z + z + 1, type, data)

@@ -241,8 +241,9 @@ TEST_F(BitmapHeads, OfDicomTellTheTypeThatTheTagsAllow) {
     }
 }
 
-/// Cut at every byte, or with any byte of the highest value: an answer, and no picture out of a part of one.
-TEST_F(BitmapHeads, SurviveEveryBrokenByte) {
+/// Cut anywhere, or with a byte of the highest value: an answer, and no picture out of a part of one. Some hundred
+/// places of each file, since sanitizers take seconds for all.
+TEST_F(BitmapHeads, SurviveBrokenBytes) {
     CImageDocument image;
     AddNoise(image, 8, 8, u"RGB", PixelType::UInt8);
     ASSERT_TRUE(Write("a.heic", image));
@@ -260,15 +261,16 @@ TEST_F(BitmapHeads, SurviveEveryBrokenByte) {
         };
         // In place: a file that is written anew is flushed by some systems.
         std::fstream file(folder + name, std::ios::binary | std::ios::in | std::ios::out);
-        for (std::size_t i = 0; i < whole.size(); ++i) {
+        std::size_t const step = whole.size() / 150 + 1;
+        for (std::size_t i = 0; i < whole.size(); i += step) {
             file.seekp(static_cast<std::streamoff>(i)).put('\xFF').flush();
             read();
             file.seekp(static_cast<std::streamoff>(i)).put(whole[i]).flush();
         }
         EXPECT_TRUE(read()) << name;
-        for (std::size_t size = whole.size(); size-- > 0;) {
-            std::filesystem::resize_file(folder + name, size);
-            EXPECT_FALSE(read()) << name << ' ' << size;
+        for (std::size_t size = whole.size(); size > step; size -= step) {
+            std::filesystem::resize_file(folder + name, size - 1);
+            EXPECT_FALSE(read()) << name << ' ' << size - 1;
         }
     }
 }
