@@ -4,9 +4,14 @@
 #include "zel_fixture.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <gmock/gmock.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <thread>
 
 namespace {
@@ -205,6 +210,54 @@ TEST_F(ZelRename, WhatTheSystemRefusesStaysWhole) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.errors, HasSubstr("/2: not renamed to 1: Permission denied"));
     EXPECT_EQ(Content(), (Files{{"locked/1", "locked/1"}, {"locked/2", "locked/2"}}));
+}
+
+TEST_F(ZelRename, ASwapThatFailsHalfWayIsTakenBack) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "files of two users take root to make";
+    }
+    MakeFiles({"1", "2"});
+    chmod(Tree().c_str(), 01777); // everybody may rename what is his own
+    ASSERT_EQ(chown((folder / "tree/1").c_str(), 65534, 65534), 0);
+    Outcome const outcome =
+        RunWithoutPrivileges({"rename", "--apply", "--sort", "date", "--template", "<index>", Tree()});
+    if (outcome.status == 126 || outcome.status == 127) {
+        GTEST_SKIP() << "another user cannot start the program from here";
+    }
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("/2: not renamed to 1: Operation not permitted"));
+    EXPECT_THAT(outcome.output, HasSubstr("0 renamed, 2 not"));
+    EXPECT_EQ(Content(), (Files{{"1", "1"}, {"2", "2"}}));
+}
+
+/// Network file systems lack the renaming that replaces nothing; here the system call is taken away.
+TEST_F(ZelRename, WithoutTheSystemsHelpNothingIsReplacedEither) {
+    MakeFiles({"1", "2", "3"});
+    fs::rename(folder / "tree/3", folder / "tree/4");
+    std::string const tree = Tree();
+    pid_t const child = fork();
+    if (child == 0) {
+        sock_filter filter[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                                BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat2, 0, 1),
+                                BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EINVAL),
+                                BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+        sock_fprog const program = {static_cast<unsigned short>(std::size(filter)), filter};
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+            _exit(126);
+        }
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        setenv("HOME", folder.c_str(), 1);
+        setenv("ZELTOOLS_PLUGINS", pluginFolder.c_str(), 1);
+        execl(ZEL_PROGRAM, ZEL_PROGRAM, "rename", "--apply", "--sort", "date", "--start", "0", "--template",
+              "<tagifexist><index></tagifexist>", tree.c_str(), nullptr);
+        _exit(127);
+    }
+    int const status = Wait(child);
+    if (status == 126) {
+        GTEST_SKIP() << "no filter for system calls here";
+    }
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Content(), (Files{{"0", "3"}, {"1", "2"}, {"2", "1"}}));
 }
 
 TEST_F(ZelRename, AnInterruptionLeavesEachFileUnderOneOfItsNames) {
