@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/bitmap/format_checks.h"
 
+#include "plugins/bitmap/dicom_depth.h"
 #include "plugins/bitmap/file_bytes.h"
 
 #include <algorithm>
@@ -158,6 +159,9 @@ std::uint64_t WebpPixels(FileBytes const& bytes) {
 
 FileFault CheckFile(std::string const& format, PolledFile& file, bool allPixels) {
     FileBytes const bytes(file);
+    if (format == "dicom" && IsTooDeepDicom(bytes)) {
+        return FileFault::Damaged;
+    }
     if (format == "dpx") {
         return CheckDpx(bytes);
     }

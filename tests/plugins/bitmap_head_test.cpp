@@ -241,6 +241,27 @@ TEST_F(BitmapHeads, OfDicomTellTheTypeThatTheTagsAllow) {
     }
 }
 
+/// Sequences in sequences would fill the stack.
+TEST_F(BitmapHeads, OfDicomStandNotTooDeep) {
+    std::string const item = Bytes(0xE000FFFE, 4) + Bytes(0xFFFFFFFF, 4);
+    std::string const sequence = Bytes(0x11400008, 4) + "SQ" + Bytes(0, 2) + Bytes(0xFFFFFFFF, 4) + item;
+    std::string const ends = Bytes(0xE00DFFFE, 4) + Bytes(0, 4) + Bytes(0xE0DDFFFE, 4) + Bytes(0, 4);
+    std::string const plain = Dicom{}.Make();
+    std::size_t const firstTag = plain.find(std::string("\x10\0\x10\0PN", 6));
+    for (int const depth : {20, 100'000}) {
+        std::string nested;
+        std::string closed;
+        for (int i = 0; i < depth; ++i) {
+            nested += sequence;
+            closed += ends;
+        }
+        Put("a.dcm", plain.substr(0, firstTag) + nested + closed + plain.substr(firstTag));
+        CImageDocument image;
+        EXPECT_EQ(ReadHeader("a.dcm", image), depth == 20);
+        EXPECT_EQ(Read("a.dcm", image), depth == 20);
+    }
+}
+
 /// Cut anywhere, or with a byte of the highest value: an answer, and no picture out of a part of one. Some hundred
 /// places of each file, since sanitizers take seconds for all.
 TEST_F(BitmapHeads, SurviveBrokenBytes) {
