@@ -85,6 +85,7 @@ std::u16string Long(int count, char16_t const* unit, char16_t const* end) {
 
 void MatchWithZel(benchmark::State& state, Question const& question) {
     std::vector<CXTString<char16_t>> texts;
+    texts.reserve(question.texts().size()); // so that they lie in a row, as the peer's do
     int expected = 0;
     for (std::string const& text : question.texts()) {
         texts.emplace_back(text.c_str());

@@ -17,10 +17,19 @@ constexpr std::size_t FreeComparisons = 256;
 
 constexpr std::size_t PlacesPerChunk = 64;
 
-using Target = ScanTarget<char16_t, ScanCase::Exact>;
-
 bool IsPlainUnit(char16_t unit) {
     return unit != u'?';
+}
+
+template <TextCase Case>
+char16_t UnitAs(char16_t unit) {
+    return Case == TextCase::Lowered ? LowerAscii(unit) : unit;
+}
+
+/// The bit in which a small letter differs from its capital, where the text may have either; no bit for other units.
+template <TextCase Case>
+char16_t CaseBit(char16_t wanted) {
+    return Case == TextCase::Lowered && wanted >= u'a' && wanted <= u'z' ? u'a' - u'A' : 0;
 }
 
 } // namespace
@@ -93,7 +102,13 @@ void PieceSearch::ChooseAnchor() {
     }
 }
 
-std::size_t PieceSearch::Find(std::u16string_view text, std::size_t from) const {
+std::size_t PieceSearch::Find(std::u16string_view text, std::size_t from, TextCase textCase) const {
+    return textCase == TextCase::Lowered ? FindAs<TextCase::Lowered>(text, from)
+                                         : FindAs<TextCase::AsItStands>(text, from);
+}
+
+template <TextCase Case>
+std::size_t PieceSearch::FindAs(std::u16string_view text, std::size_t from) const {
     if (text.size() < piece.size() || from > text.size() - piece.size()) {
         return NotFound;
     }
@@ -104,19 +119,19 @@ std::size_t PieceSearch::Find(std::u16string_view text, std::size_t from) const 
     std::u16string_view const anchors = text.substr(0, text.size() - piece.size() + anchor + (anchorIsPair ? 2 : 1));
     std::size_t const begin = from;
     for (std::size_t comparisons = 0;;) {
-        std::size_t const found = ScanForAnchor(anchors, from + anchor);
+        std::size_t const found = ScanForAnchor<Case>(anchors, from + anchor);
         if (found == NotFound) {
             return NotFound;
         }
         std::size_t const start = found - anchor;
-        std::size_t const fitting = CountFitting(text.data() + start);
+        std::size_t const fitting = CountFitting<Case>(text.data() + start);
         if (fitting == piece.size()) {
             return start;
         }
         from = start + 1;
         comparisons += fitting;
         if (piece.size() > ShortPiece && comparisons > FreeComparisons + ComparisonsPerUnit * (from - begin)) {
-            return isPlain ? FindByPrefixes(text, from) : FindByBits(text, from);
+            return isPlain ? FindByPrefixes<Case>(text, from) : FindByBits<Case>(text, from);
         }
         if (from > text.size() - piece.size()) {
             return NotFound;
@@ -124,27 +139,63 @@ std::size_t PieceSearch::Find(std::u16string_view text, std::size_t from) const 
     }
 }
 
+/// The anchor's first place from `from` on, or a place that is none, of a capital that is no letter of a lowered text.
+template <TextCase Case>
 std::size_t PieceSearch::ScanForAnchor(std::u16string_view text, std::size_t from) const {
-    Target const first(piece[anchor]);
-    return anchorIsPair ? ScanForPair(text.data(), text.size(), from, first, Target(piece[anchor + 1]))
-                        : ScanFor(text.data(), text.size(), from, first);
+    std::size_t const second = anchorIsPair ? 1 : 0;
+    char16_t const firstUnit = piece[anchor];
+    char16_t const secondUnit = piece[anchor + second];
+    char16_t const firstBit = CaseBit<Case>(firstUnit);
+    char16_t const secondBit = CaseBit<Case>(secondUnit);
+#if defined(__SSE2__)
+    using Units = Block<char16_t>;
+    __m128i const firstUnits = Units::All(firstUnit);
+    __m128i const secondUnits = Units::All(secondUnit);
+    __m128i const firstBits = Units::All(firstBit);
+    __m128i const secondBits = Units::All(secondBit);
+    auto const anchorsAt = [&](std::size_t at) {
+        __m128i const firsts = _mm_or_si128(Units::Load(text.data() + at), firstBits);
+        __m128i const seconds = _mm_or_si128(Units::Load(text.data() + at + second), secondBits);
+        return Units::Bits(_mm_and_si128(Units::Equal(firsts, firstUnits), Units::Equal(seconds, secondUnits)));
+    };
+    for (; from + second + Units::Size <= text.size(); from += Units::Size) {
+        if (unsigned const bits = anchorsAt(from)) {
+            return from + Units::First(bits);
+        }
+    }
+    if (text.size() >= second + Units::Size) {
+        // The rest is seen in the last block, without what was seen before.
+        std::size_t const last = text.size() - second - Units::Size;
+        unsigned const bits = from < last + Units::Size ? anchorsAt(last) & ~0U << (from - last) * sizeof(char16_t) : 0;
+        return bits != 0 ? last + Units::First(bits) : NotFound;
+    }
+#endif
+    for (; from + second < text.size(); ++from) {
+        if ((text[from] | firstBit) == firstUnit && (text[from + second] | secondBit) == secondUnit) {
+            return from;
+        }
+    }
+    return NotFound;
 }
 
+template <TextCase Case>
 std::size_t PieceSearch::CountFitting(char16_t const* text) const {
     std::size_t place = 0;
-    while (place < piece.size() && (piece[place] == text[place] || !IsPlainUnit(piece[place]))) {
+    while (place < piece.size() && (piece[place] == UnitAs<Case>(text[place]) || !IsPlainUnit(piece[place]))) {
         ++place;
     }
     return place;
 }
 
+template <TextCase Case>
 std::size_t PieceSearch::FindByPrefixes(std::u16string_view text, std::size_t from) const {
     std::size_t fitting = 0;
     for (std::size_t at = from; at < text.size(); ++at) {
-        while (fitting != 0 && piece[fitting] != text[at]) {
+        char16_t const unit = UnitAs<Case>(text[at]);
+        while (fitting != 0 && piece[fitting] != unit) {
             fitting = borders[fitting - 1];
         }
-        fitting += piece[fitting] == text[at] ? 1 : 0;
+        fitting += piece[fitting] == unit ? 1 : 0;
         if (fitting == piece.size()) {
             return at + 1 - piece.size();
         }
@@ -152,15 +203,17 @@ std::size_t PieceSearch::FindByPrefixes(std::u16string_view text, std::size_t fr
     return NotFound;
 }
 
+template <TextCase Case>
 std::size_t PieceSearch::FindByBits(std::u16string_view text, std::size_t from) const {
     // A bit of reached[i] says that the piece up to this place of chunk i fits and ends at the unit just passed.
     std::vector<std::uint64_t> reached(chunks.size());
     for (std::size_t at = from; at < text.size(); ++at) {
+        char16_t const unit = UnitAs<Case>(text[at]);
         std::uint64_t enter = 1; // an attempt may begin at every unit
         for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk) {
             std::uint64_t const leave = (reached[chunk] & chunks[chunk].last) != 0 ? 1 : 0;
             std::uint64_t const next = reached[chunk] << 1 | enter;
-            reached[chunk] = next != 0 ? next & chunks[chunk].PlacesOf(text[at]) : 0;
+            reached[chunk] = next != 0 ? next & chunks[chunk].PlacesOf(unit) : 0;
             enter = leave;
         }
         if ((reached.back() & chunks.back().last) != 0) {

@@ -18,6 +18,12 @@
 
 namespace detail {
 
+/// How the units of a text count.
+enum class TextCase {
+    AsItStands,
+    Lowered ///< As if their ASCII letters were lowered.
+};
+
 class PieceSearch {
 public:
     /// @param text  At least one unit, none of them a `*`.
@@ -31,7 +37,7 @@ public:
 
     /// The first position from `from` on where the piece stands; NotFound otherwise.
     /// Time: in proportion to the text; with `?`, times one for each 64 units of the piece.
-    std::size_t Find(std::u16string_view text, std::size_t from) const;
+    std::size_t Find(std::u16string_view text, std::size_t from, TextCase textCase = TextCase::AsItStands) const;
 
 private:
     /// Up to 64 places of a piece: for each unit that stands there, the places that it fits.
@@ -51,9 +57,15 @@ private:
     };
 
     void ChooseAnchor();
+    template <TextCase Case>
+    std::size_t FindAs(std::u16string_view text, std::size_t from) const;
+    template <TextCase Case>
     std::size_t ScanForAnchor(std::u16string_view text, std::size_t from) const;
+    template <TextCase Case>
     std::size_t CountFitting(char16_t const* text) const;
+    template <TextCase Case>
     std::size_t FindByPrefixes(std::u16string_view text, std::size_t from) const;
+    template <TextCase Case>
     std::size_t FindByBits(std::u16string_view text, std::size_t from) const;
 
     std::u16string piece;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a matcher keeps beside its list of operations: each operand ready to be held against words, and the words of the
-// texts that are being matched, as views into the caller's texts and into one buffer with all of them lowered.
+// What a matcher keeps beside its list of operations: each operand ready to be held against words, and the texts of the
+// match that is going on, as views of the caller's.
 
 #pragma once
 
@@ -16,39 +16,51 @@ namespace detail {
 class PreparedSearch {
 public:
     /// Forgets all operands.
-    void Clear();
+    void Clear() {
+        operands.clear();
+        isRefused = false;
+    }
 
     void AddPattern(std::u16string_view pattern) { operands.emplace_back(WildcardPattern(pattern)); }
-    void AddExpression(std::u16string_view expression);
+    void AddExpression(std::u16string_view expression) { operands.emplace_back(SearchProgram(expression)); }
+
+    /// Begins a match without any text.
+    void ForgetTexts() { texts.clear(); }
 
     /// Takes a text, or in GiveWords a word. The text must stay until the match is over.
     void AddText(std::u16string_view text) { texts.push_back(text); }
 
     /// The texts that were added are what people wrote: they are cut into words.
-    void GiveTexts(bool isCaseSensitive, bool wholeToo);
+    void GiveTexts(bool isCaseSensitive, bool wholeToo) {
+        given.words = wholeToo ? texts : std::span<std::u16string_view const>();
+        given.texts = texts;
+        given.textCase = isCaseSensitive ? TextCase::AsItStands : TextCase::Lowered;
+        lowered = {{}, texts, TextCase::Lowered};
+    }
+
     /// The texts that were added are words already, and taken as they stand.
-    void GiveWords();
+    void GiveWords() {
+        given = {texts, {}, TextCase::AsItStands};
+        lowered = {{}, texts, TextCase::Lowered};
+    }
 
     /// Whether the operand answers.
-    bool Matches(std::size_t operand);
-
-    /// Begins a match without any text.
-    void ForgetTexts();
+    bool Matches(std::size_t operand) {
+        if (auto* const program = std::get_if<SearchProgram>(&operands[operand])) {
+            return program->Matches(given, lowered);
+        }
+        return std::get<WildcardPattern>(operands[operand]).FitsAny(given);
+    }
 
     bool isRefused = false; ///< The expression was: nothing matches.
 
 private:
-    void LowerTexts();
-
     std::vector<std::variant<WildcardPattern, SearchProgram>> operands;
-    bool hasExpressions = false;
 
-    // Of one match; kept for their memory.
+    // Of one match.
     std::vector<std::u16string_view> texts;
-    std::vector<std::u16string_view> loweredTexts;
-    std::vector<char16_t> loweredUnits;
     SearchedWords given;
-    SearchedWords lowered;
+    SearchedWords lowered; ///< The same texts, cut at blanks and lowered.
 };
 
 } // namespace detail

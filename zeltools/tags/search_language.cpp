@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "zeltools/foundation/character_scan_private.h"
+#include "zeltools/foundation/characters.h"
 #include "zeltools/tags/search_language_private.h"
+
+#include <algorithm>
 
 namespace detail {
 
@@ -30,27 +32,7 @@ std::u16string_view TrimmedView(std::u16string_view text) {
 }
 
 void LowerAsciiUnits(char16_t* target, std::u16string_view text) {
-    std::size_t at = 0;
-#if defined(__SSE2__)
-    using Units = Block<char16_t>;
-    auto const lowerBlock = [&](std::size_t from) {
-        __m128i const units = Units::Load(text.data() + from);
-        // The comparison is signed, so that units from 0x8000 on are below every letter.
-        __m128i const isUpper =
-            _mm_and_si128(_mm_cmpgt_epi16(units, Units::All(u'A' - 1)), _mm_cmplt_epi16(units, Units::All(u'Z' + 1)));
-        Units::Store(target + from, _mm_or_si128(units, _mm_and_si128(isUpper, Units::All(u'a' - u'A'))));
-    };
-    for (; at + Units::Size <= text.size(); at += Units::Size) {
-        lowerBlock(at);
-    }
-    if (at < text.size() && text.size() >= Units::Size) {
-        lowerBlock(text.size() - Units::Size); // some of it once more, which changes nothing
-        return;
-    }
-#endif
-    for (; at < text.size(); ++at) {
-        target[at] = LowerAscii(text[at]);
-    }
+    std::transform(text.begin(), text.end(), target, LowerAscii<char16_t>);
 }
 
 std::u16string WithImpliedOperators(std::u16string_view text, std::u16string_view impliedOperator) {

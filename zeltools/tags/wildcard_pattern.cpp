@@ -8,21 +8,20 @@ namespace detail {
 
 namespace {
 
-using Target = ScanTarget<char16_t, ScanCase::Exact>;
-
 bool FitsHead(std::u16string_view head, char16_t const* word) {
     return std::equal(head.begin(), head.end(), word, [](char16_t wanted, char16_t unit) {
         return wanted == u'?' || UpperAscii(wanted) == UpperAscii(unit);
     });
 }
 
-bool FitsTail(std::u16string_view tail, char16_t const* word) {
-    return std::equal(tail.begin(), tail.end(), word,
-                      [](char16_t wanted, char16_t unit) { return wanted == u'?' || wanted == unit; });
+bool FitsTail(std::u16string_view tail, char16_t const* word, TextCase wordCase) {
+    return std::equal(tail.begin(), tail.end(), word, [wordCase](char16_t wanted, char16_t unit) {
+        return wanted == u'?' || wanted == (wordCase == TextCase::Lowered ? LowerAscii(unit) : unit);
+    });
 }
 
 std::size_t FindBlank(std::u16string_view text, std::size_t from) {
-    std::size_t const blank = ScanFor(text.data(), text.size(), from, Target(u' '));
+    std::size_t const blank = ScanFor(text.data(), text.size(), from, ScanTarget<char16_t, ScanCase::Exact>(u' '));
     return std::min(blank, text.size());
 }
 
@@ -71,15 +70,15 @@ WildcardPattern::WildcardPattern(std::u16string_view pattern) : hasBlank(pattern
     isContained = !isAnchored && pieces.size() == 1 && pieces[0].IsPlain();
 }
 
-bool WildcardPattern::Fits(std::u16string_view word) const {
+bool WildcardPattern::Fits(std::u16string_view word, TextCase wordCase) const {
     if (word.size() < head.size() + tail.size() || (!hasStar && word.size() != head.size()) ||
-        !FitsHead(head, word.data()) || !FitsTail(tail, word.data() + word.size() - tail.size())) {
+        !FitsHead(head, word.data()) || !FitsTail(tail, word.data() + word.size() - tail.size(), wordCase)) {
         return false;
     }
     word.remove_suffix(tail.size());
     std::size_t from = head.size();
     for (PieceSearch const& piece : pieces) {
-        from = piece.Find(word, from);
+        from = piece.Find(word, from, wordCase);
         if (from == NotFound) {
             return false;
         }
@@ -89,30 +88,34 @@ bool WildcardPattern::Fits(std::u16string_view word) const {
 }
 
 bool WildcardPattern::FitsAny(SearchedWords const& searched) const {
-    return std::any_of(searched.texts.begin(), searched.texts.end(),
-                       [this](std::u16string_view text) { return FitsAnyWordOf(text); }) ||
-           std::any_of(searched.words.begin(), searched.words.end(),
+    for (std::u16string_view const text : searched.texts) {
+        if (FitsAnyWordOf(text, searched.textCase)) {
+            return true;
+        }
+    }
+    return std::any_of(searched.words.begin(), searched.words.end(),
                        [this](std::u16string_view word) { return Fits(word); });
 }
 
-bool WildcardPattern::FitsAnyWordOf(std::u16string_view text) const {
+bool WildcardPattern::FitsAnyWordOf(std::u16string_view text, TextCase textCase) const {
     if (hasBlank) {
         return false;
     }
     if (!pieces.empty()) {
-        // Nearly all texts are done with here, since the piece is nowhere in them.
-        std::size_t const first = pieces[0].Find(text, 0);
+        // Most texts are done with here: the piece is nowhere in them, or it is all that was asked for. What has no
+        // blank lies inside one word.
+        std::size_t const first = pieces[0].Find(text, 0, textCase);
         if (first == NotFound || isContained) {
-            return first != NotFound; // what has no blank lies inside one word
+            return first != NotFound;
         }
-        text.remove_prefix(text.rfind(u' ', first) + 1); // npos + 1 is 0
+        text.remove_prefix(text.rfind(u' ', first) + 1); // words in front of it need no look; npos + 1 is 0
     }
-    auto const fits = [this](std::u16string_view word) { return Fits(word); };
+    auto const fits = [this, textCase](std::u16string_view word) { return Fits(word, textCase); };
     if (AnyBetween(text, FindBlank, fits)) {
         return true;
     }
     // What fits a piece of a word fits the word too, unless an end is held.
-    return isAnchored && (!tailSearch || tailSearch->Find(text, 0) != NotFound) &&
+    return isAnchored && (!tailSearch || tailSearch->Find(text, 0, textCase) != NotFound) &&
            AnyBetween(text, FindBlankOrJoint, fits);
 }
 

@@ -22,6 +22,7 @@ namespace detail {
 struct SearchedWords {
     std::span<std::u16string_view const> words; ///< Each as a whole.
     std::span<std::u16string_view const> texts; ///< Each for the words between its blanks, and their pieces.
+    TextCase textCase = TextCase::AsItStands;   ///< How the texts count; the words do as they stand.
 };
 
 class WildcardPattern {
@@ -29,13 +30,13 @@ public:
     explicit WildcardPattern(std::u16string_view pattern);
 
     /// Whether the pattern fits the whole word.
-    bool Fits(std::u16string_view word) const;
+    bool Fits(std::u16string_view word, TextCase wordCase = TextCase::AsItStands) const;
 
     /// Whether the pattern fits any of the words.
     bool FitsAny(SearchedWords const& searched) const;
 
 private:
-    bool FitsAnyWordOf(std::u16string_view text) const;
+    bool FitsAnyWordOf(std::u16string_view text, TextCase textCase) const;
 
     std::u16string head;
     std::u16string tail; ///< Empty for a pattern without a star, which is all head.
@@ -43,7 +44,7 @@ private:
     std::optional<PieceSearch> tailSearch; ///< Tells of texts without it.
     bool hasStar = false;
     bool isAnchored = false;  ///< Whether head or tail hold it to an end of the word.
-    bool isContained = false; ///< Whether it fits a word that has its one piece, a plain one, anywhere.
+    bool isContained = false; ///< Whether it fits each word that has its one piece, a plain one, anywhere.
     bool hasBlank = false;    ///< Whether it asks for a blank, which no word between blanks has.
 };
 

@@ -11,8 +11,7 @@
 // from left to right. docs/search-language.md tells it to those who type it, odd corners included.
 //
 // An expression is prepared once. A match then takes time in proportion to the text, whatever the patterns are, and
-// copies no word: a matcher that has seen a text of some length needs no more memory for the next. Nothing recurses, so
-// that parentheses may nest as deep as an expression is long.
+// copies nothing of it. Nothing recurses, so that parentheses may nest as deep as an expression is long.
 
 #pragma once
 
