@@ -13,7 +13,11 @@ CLI::App* AddRenameCommand(CLI::App& app, RenameOptions& options) {
         app.add_subcommand("rename", "Give files new names from a template; without --apply, tell what would be done");
     command->add_option("PATH", options.files.paths, "Files, and folders for the files in them")->required();
     AddTemplateOptions(*command, options.wording);
-    command->require_option(2, 0); // the paths and one of the two templates
+    command->callback([&options] {
+        if (!options.wording.IsGiven()) {
+            throw CLI::RequiredError("--template or --template-file");
+        }
+    });
     command->add_flag("--apply", options.apply, "Rename");
     command->add_flag("-r,--recursive", options.files.recursive, "Enter the folders below too; links are not followed");
     command->add_flag("--folders", options.folders,

@@ -142,7 +142,7 @@ TEST_F(ZelRename, RefusesATemplateWithAFaultAndFilesThatCannotBeRead) {
     EXPECT_EQ(Content(), (Files{{"a.tim", "nonsense"}, {"64.tim", "image 64 48"}}));
     EXPECT_EQ(Run({"rename", "--template", "x", Tree() + "/none"}).status, 1);
     EXPECT_EQ(Run({"rename", "--template", "x"}).status, 2);
-    EXPECT_EQ(Run({"rename", Tree()}).status, 2);
+    EXPECT_EQ(Run({"rename", "--apply", "-r", Tree()}).status, 2);
 }
 
 TEST_F(ZelRename, OneNameForTwoIsForNeither) {

@@ -133,6 +133,10 @@ TEST_F(ZelTemplate, FilesAndOtherOptionsGoTogether) {
     EXPECT_EQ(list.at("files").at(1).at("name"), "two.txt");
     EXPECT_EQ(list.at("files").at(1).at("text"), "2");
 
+    Run({"list", "--preferences", "--json", Tree()}); // remembered, and not for a template
+    EXPECT_EQ(Run({"list", "--preferences", "--template", "<index>", Tree()}).output, "1\n2\n");
+    EXPECT_THAT(Run({"list", "--preferences", Tree()}).output, testing::StartsWith("{"));
+
     Outcome const unknown = Run({"list", "--template", "<nosuch> <nosuch>", one, one});
     EXPECT_EQ(unknown.output, "<nosuch> <nosuch>\n<nosuch> <nosuch>\n");
     EXPECT_EQ(unknown.errors, "zel: template:1:1: no tag <nosuch>\n"); // once
