@@ -5,6 +5,7 @@
 #include "tests/support/temporary_folder.h"
 #include "zeltools/foundation/thread_language.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <thread>
@@ -15,11 +16,19 @@ namespace {
 TEST(ShellGetType, FallsBackToTheExtension) {
     SetThreadLanguage(1033);
     EXPECT_EQ(ShellGetType(u"\\no\\such\\a.NoSuchType"), u"NOSUCHTYPE");
-    EXPECT_EQ(ShellGetType(u"http://host/a.nosuch?q=1"), u"NOSUCH");
-    EXPECT_EQ(ShellGetType(u"\\no\\such\\a"), u"File");
+    EXPECT_EQ(ShellGetType(u"http://host/a.nosuch?q=1.gif"), u"NOSUCH"); // the query says nothing
     EXPECT_EQ(ShellGetType(u"a."), u"File");
     EXPECT_EQ(ShellGetType(u""), u"File");
-    SetThreadLanguage(0);
+}
+
+// Each test has a process of its own, so the first question of it finds this environment.
+TEST(ShellGetType, AnswersWithoutADesktop) {
+    SetThreadLanguage(1033);
+    setenv("XDG_DATA_DIRS", "/no/such", 1);
+    setenv("XDG_DATA_HOME", "/no/such", 1);
+    EXPECT_EQ(ShellGetType(u"\\no\\such\\a.Jpg"), u"JPG");
+    EXPECT_EQ(ShellGetType(u"a.obj"), u"OBJ");
+    EXPECT_EQ(ShellGetType(u"\\"), u"Folder");
 }
 
 TEST(ShellGetType, AsksTheDesktop) {
@@ -27,6 +36,7 @@ TEST(ShellGetType, AsksTheDesktop) {
         GTEST_SKIP() << "this machine has no descriptions of types";
     CXTString<char16_t> const picture = ShellGetType(u"C:\\no\\such\\a.JPG");
     EXPECT_GE(picture.Find(u"JPEG"), 0);
+    EXPECT_LT(ShellGetType(u"a.3DS").Find(u"Nintendo"), 0); // a name of two types
     TemporaryFolder const folder;
     folder.Write("a.jpg/inside");
     EXPECT_NE(ShellGetType(folder.Path("a.jpg").c_str()), picture); // a directory, whatever its name says

@@ -5,10 +5,12 @@
 
 #include "zeltools/platform/utf8.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <gio/gio.h>
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace platform {
 
@@ -39,9 +41,15 @@ public:
     using Text = std::unique_ptr<char, decltype(&g_free)>;
     Text Owned(char* text) const { return Text(text, release); }
 
+    /// GIO's description; empty where it has none and would say "image/x-any type".
+    std::string Describe(char const* type) const {
+        Text const description = Owned(getDescription(type));
+        std::string text = description ? description.get() : "";
+        return text.find(type) == text.npos ? text : std::string();
+    }
+
     decltype(&g_content_type_guess) guess = nullptr;
     decltype(&g_content_type_is_unknown) isUnknown = nullptr;
-    decltype(&g_content_type_get_description) getDescription = nullptr;
 
 private:
     template <class Function>
@@ -50,8 +58,24 @@ private:
         return function != nullptr;
     }
 
+    decltype(&g_content_type_get_description) getDescription = nullptr;
     decltype(&g_free) release = nullptr;
 };
+
+/// The description of a picture's or a model's type that is named after the extension. Some extensions have several
+/// types, of which GIO takes the first, and `.obj` would be a drawing of Tgif and `.3ds` a game.
+std::string DescribePicture(Gio const& gio, std::string const& name) {
+    std::size_t const dot = name.rfind('.');
+    if (dot == name.npos)
+        return {};
+    std::string extension = name.substr(dot + 1);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char byte) { return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + 0x20 : byte); });
+    for (char const* const prefix : {"model/", "image/", "image/x-"})
+        if (std::string text = gio.Describe((prefix + extension).c_str()); !text.empty())
+            return text;
+    return {};
+}
 
 } // namespace
 
@@ -65,12 +89,13 @@ std::u16string DescribeFileType(std::u16string_view name, bool isDirectory) {
     // GIO locks its database for itself; this lock is one that the thread sanitizer sees.
     static std::mutex section;
     std::lock_guard const hold(section);
-    Gio::Text const type =
-        gio.Owned(isDirectory ? gio.guess("/", nullptr, 0, nullptr) : gio.guess(bytes.c_str(), nullptr, 0, nullptr));
+    gboolean isOneOfSeveral = FALSE;
+    Gio::Text const type = gio.Owned(gio.guess(isDirectory ? "/" : bytes.c_str(), nullptr, 0, &isOneOfSeveral));
     if (!type || gio.isUnknown(type.get()))
         return {};
-    Gio::Text const description = gio.Owned(gio.getDescription(type.get()));
-    std::string_view const text = description ? description.get() : "";
+    std::string text = isOneOfSeveral ? DescribePicture(gio, bytes) : std::string();
+    if (text.empty())
+        text = gio.Describe(type.get());
     std::u16string result(Utf16Room(text.size()), u'\0');
     result.resize(Utf8ToUtf16(text.data(), text.size(), result.data()));
     return result;
