@@ -21,6 +21,8 @@ TEST(GetFileSizeString, TakesTheLargestUnitThatIsFilled) {
         {1023, u"1023 bytes", u"1023 octets"},
         {1024, u"1.00 KB", u"1.00 Ko"},
         {1024 * 1024 - 1, u"1023.99 KB", u"1023.99 Ko"}, // not 1024.00: that is no MB yet
+        {1'059'061, u"1.00 MB", u"1.00 Mo"},
+        {1'059'062, u"1.01 MB", u"1.01 Mo"}, // a hundredth of a MB is 10485.76 bytes
         {5'368'709'120, u"5.00 GB", u"5.00 Go"},
         {~0ULL, u"15.99 EB", u"15.99 Eo"},
     };

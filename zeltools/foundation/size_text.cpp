@@ -21,8 +21,8 @@ CXTString<char16_t> GetFileSizeString(unsigned long long size) {
     }
     auto const unit = static_cast<unsigned int>((std::bit_width(size) - 1) / bitsPerUnit);
     unsigned long long const one = 1ULL << unit * bitsPerUnit;
-    // Cut to hundredths in whole numbers; the quotient is below 1024, so the real holds it without a doubt.
-    auto const hundredths =
-        static_cast<double>(size / one * 100 + ((size % one) >> (unit - 1) * bitsPerUnit) * 100 / 1024);
-    return FormatString(inBytes + unit, hundredths / 100);
+    // Cut in whole numbers, a digit at a time as on paper: a hundredfold remainder of exabytes passes 64 bits.
+    unsigned long long const tenths = size % one * 10;
+    unsigned long long const hundredths = size / one * 100 + tenths / one * 10 + tenths % one * 10 / one;
+    return FormatString(inBytes + unit, static_cast<double>(hundredths) / 100);
 }
