@@ -8,6 +8,7 @@
 #include "zeltools/resources/string_table_private.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -16,9 +17,16 @@ namespace {
 constexpr unsigned int firstDayName = 5710;
 constexpr unsigned int firstMonthName = 5720;
 
+/// Lower case for the letters of the names: Latin 1, whatever the process's locale is.
+char16_t Lowered(char16_t unit) {
+    bool const isCapital =
+        (unit >= u'A' && unit <= u'Z') || (unit >= u'\u00C0' && unit <= u'\u00DE' && unit != u'\u00D7');
+    return isCapital ? static_cast<char16_t>(unit + 0x20) : unit;
+}
+
 /// The place of a word among the names in a run of rows, in either language; -1 for none.
 int FindName(std::u16string_view word, unsigned int firstRow, int count) {
-    auto const isSame = [](char16_t a, char16_t b) { return xToLower(a) == xToLower(b); };
+    auto const isSame = [](char16_t a, char16_t b) { return Lowered(a) == Lowered(b); };
     for (int i = 0; i < count; ++i) {
         for (unsigned short const language : {platform::LanguageEnglish, platform::LanguageFrench}) {
             std::u16string_view const name = platform::FindString(firstRow + static_cast<unsigned int>(i), language);
@@ -61,7 +69,7 @@ public:
 
 private:
     static constexpr int NoNumber = -1;
-    static constexpr std::size_t MaxYearDigits = 9; // a broken-down record holds no more
+    static constexpr std::size_t MaxYearDigits = 10; // as those of the last year that a broken-down record holds
 
     void SkipBlanks() {
         while (!rest.empty() && xIsSpace(rest.front()))
@@ -79,8 +87,9 @@ private:
         return static_cast<std::size_t>(std::find_if_not(rest.begin(), rest.end(), IsDigit) - rest.begin());
     }
 
-    int Number(std::size_t digits) {
-        int number = 0;
+    template <class T = int>
+    T Number(std::size_t digits) {
+        T number = 0;
         for (char16_t const digit : rest.substr(0, digits))
             number = number * 10 + (digit - u'0');
         rest.remove_prefix(digits);
@@ -102,9 +111,9 @@ private:
         std::size_t const digits = CountDigits();
         if (digits + isNegative < 4 || digits > MaxYearDigits)
             return false;
-        record.tm_year = Number(digits);
+        year = Number<long long>(digits);
         if (isNegative)
-            record.tm_year = -record.tm_year;
+            year = -year;
         return true;
     }
 
@@ -129,7 +138,7 @@ private:
         }
         std::u16string_view const behind = rest.substr(digits);
         if (digits == 8 && (behind.empty() || !IsSeparator(behind.front()))) {
-            record.tm_year = Number(4);
+            year = Number(4);
             record.tm_mon = Number(2);
             record.tm_mday = Number(2);
             return true;
@@ -179,7 +188,7 @@ private:
         std::tm today;
         if (!platform::SecondsToLocal(platform::CurrentSeconds(), &today))
             return false;
-        record.tm_year = today.tm_year + 1900;
+        year = today.tm_year + 1900LL;
         record.tm_mon = today.tm_mon + 1;
         record.tm_mday = today.tm_mday;
         return true;
@@ -216,15 +225,17 @@ private:
 
     std::optional<long long> Moment() const {
         bool const exists = record.tm_mon >= 1 && record.tm_mon <= 12 && record.tm_mday >= 1 &&
-                            record.tm_mday <= DaysOfMonth(record.tm_year, record.tm_mon) && record.tm_hour >= 0 &&
+                            record.tm_mday <= DaysOfMonth(year, record.tm_mon) && record.tm_hour >= 0 &&
                             record.tm_hour <= 23 && record.tm_min >= 0 && record.tm_min <= 59 && record.tm_sec >= 0 &&
                             record.tm_sec <= 59;
         if (!exists)
             return std::nullopt;
         if (zoneSeconds)
             return MomentInZone(*zoneSeconds);
+        if (year - 1900 > std::numeric_limits<int>::max() || year - 1900 < std::numeric_limits<int>::min())
+            return std::nullopt;
         std::tm local = record;
-        local.tm_year -= 1900;
+        local.tm_year = static_cast<int>(year - 1900);
         local.tm_mon -= 1;
         local.tm_sec = 0; // a full minute is never the second before 1970, by which failure is told
         local.tm_isdst = -1;
@@ -234,9 +245,9 @@ private:
 
     /// Days by cycles of 400 years, counted from a first of March, so that the leap day comes last.
     long long MomentInZone(int zone) const {
-        long long const year = record.tm_year - (record.tm_mon <= 2);
-        long long const cycle = (year >= 0 ? year : year - 399) / 400;
-        long long const yearOfCycle = year - cycle * 400;
+        long long const fromMarch = year - (record.tm_mon <= 2);
+        long long const cycle = (fromMarch >= 0 ? fromMarch : fromMarch - 399) / 400;
+        long long const yearOfCycle = fromMarch - cycle * 400;
         long long const dayOfYear = (153 * ((record.tm_mon + 9) % 12) + 2) / 5 + record.tm_mday - 1;
         long long const dayOfCycle = yearOfCycle * 365 + yearOfCycle / 4 - yearOfCycle / 100 + dayOfYear;
         long long const day = cycle * 146097 + dayOfCycle - 719468;
@@ -244,7 +255,8 @@ private:
     }
 
     std::u16string_view rest;
-    std::tm record{}; // with the full year and the month from 1 on
+    long long year = 0;
+    std::tm record{}; // without the year, and with the month from 1 on
     std::optional<int> zoneSeconds;
 };
 
@@ -257,13 +269,13 @@ CXTString<char16_t> GetFileDateString(CXTime const& time, bool date, bool hour, 
     // In one piece beside the heap, since lists of files ask this for every row.
     constexpr std::size_t room = 80;
     char16_t result[room];
-    int const year = local.tm_year + 1900;
+    long long const year = local.tm_year + 1900LL;
     int length = 0;
     if (text)
-        length = xFormat(result, room, u"%s %d %s %04d", Name(firstDayName, local.tm_wday), local.tm_mday,
+        length = xFormat(result, room, u"%s %d %s %04I64d", Name(firstDayName, local.tm_wday), local.tm_mday,
                          Name(firstMonthName, local.tm_mon), year);
     else if (date)
-        length = xFormat(result, room, u"%02d/%02d/%04d", local.tm_mday, local.tm_mon + 1, year);
+        length = xFormat(result, room, u"%02d/%02d/%04I64d", local.tm_mday, local.tm_mon + 1, year);
     if (hour)
         length += xFormat(result + length, room - static_cast<std::size_t>(length), u" %02d:%02d", local.tm_hour,
                           local.tm_min);
