@@ -121,7 +121,33 @@ TEST_F(TagsText, AHostMayChangeTheTagsAndExpandAnotherTextMeanwhile) {
         value.GetText().Remove(u'<');
         return true;
     });
-    EXPECT_EQ(tags.Expand(u"1<busy>2"), u"1busy>[b]2");
+    for (int pass = 0; pass < 2; ++pass)
+        EXPECT_EQ(tags.Expand(u"1<busy>2"), u"1busy>[b]2");
+}
+
+TEST_F(TagsText, AChangeOfTheTagsIsSeenAtOnce) {
+    TableTags other;
+    other.Add(u"<x>", u"other");
+    for (int pass = 0; pass < 2; ++pass) {
+        EXPECT_EQ(tags.Expand(u" <x>"), u" b");
+        EXPECT_EQ(other.Expand(u" <x>"), u" other");
+    }
+    TableTags copy(tags);
+    tags.RemoveTag(u"<x>");
+    EXPECT_EQ(tags.Expand(u" <x>"), u" <x>");
+    EXPECT_EQ(copy.Expand(u" <x>"), u" b");
+    copy = tags;
+    EXPECT_EQ(copy.Expand(u" <x>"), u" <x>");
+    CTagInfo seen;
+    tags.Add(u"<y>", [&](CTagInfo const& info, CTagValue&) {
+        seen = info;
+        return false;
+    });
+    EXPECT_EQ(tags.Expand(u" <y>"), u" <y>");
+    unsigned int const before = seen.GetTagID();
+    tags.InsertTag(u"<y>", TAGDATA_TEXT, 77, before + 1, "", 0, nullptr, nullptr);
+    EXPECT_EQ(tags.Expand(u" <y>"), u" <y>");
+    EXPECT_EQ(seen.GetTagID(), before + 1);
 }
 
 TEST_F(TagsText, AFailureLeavesTheText) {

@@ -48,12 +48,18 @@ CTags::CTags(CTags const& other)
 
 CTags& CTags::operator=(CTags const& other) {
     if (this != &other) {
+        state = NewState();
         tagsByName = other.tagsByName;
         tagsById = other.tagsById;
         textLimits = other.textLimits;
         DeleteScans();
     }
     return *this;
+}
+
+unsigned long long CTags::NewState() {
+    static std::atomic<unsigned long long> latest{0};
+    return ++latest;
 }
 
 CTags::~CTags() {
@@ -119,6 +125,7 @@ void CTags::InsertTag(CXTString<char16_t> const& name, unsigned int typeAndFlags
 void CTags::Insert(CTagInfo& info, CXTString<char16_t> const& name) {
     info.name = name;
     Lower(info.name);
+    state = NewState();
     tagsByName.Insert(info.name, info);
     tagsById.Insert(CTagID{info.tagClass, info.id}, info);
 }
@@ -127,6 +134,7 @@ void CTags::RemoveTag(CXTString<char16_t> const& name) {
     CTagInfo const* const info = tagsByName.Find(name);
     if (!info)
         return;
+    state = NewState();
     tagsById.Remove(CTagID{info->tagClass, info->id});
     tagsByName.Remove(name);
 }

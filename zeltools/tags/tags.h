@@ -286,9 +286,13 @@ private:
     _TagScanInfo& BeginScan();
     void DeleteScans();
 
+    /// A number that no registry of the process had before.
+    static unsigned long long NewState();
+
     NameMap tagsByName;
     IdMap tagsById;
     ScanMap scansByThread; ///< owned; guarded by scanSection, while a scan itself is its thread's alone
     CXCriticalSection scanSection;
     TagTextLimits textLimits;
+    unsigned long long state = NewState(); ///< changes with the tags
 };

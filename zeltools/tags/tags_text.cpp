@@ -12,11 +12,13 @@
 #include "zeltools/foundation/characters.h"
 #include "zeltools/foundation/log_file.h"
 #include "zeltools/foundation/stack.h"
+#include "zeltools/tags/tag_lookup_cache_private.h"
 #include "zeltools/tags/tag_text_buffer_private.h"
 #include "zeltools/tags/tag_value.h"
 #include "zeltools/tags/tags.h"
 
 #include <climits>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -122,6 +124,15 @@ constexpr char const* TooManyNested = "tags in values";
 constexpr char const* TooLong = "the length";
 constexpr char const* TooDeep = "templates in each other's evaluation";
 
+/// What a thread keeps from one call to the next.
+struct ThreadState {
+    std::unique_ptr<detail::TagLookupCache> cache; ///< made for the first template
+    ~ThreadState() { isGone = true; }
+
+    static thread_local bool isGone; ///< a destructor that runs even later may still expand a template
+};
+thread_local bool ThreadState::isGone = false;
+
 /// Counts the calls of the calling thread that are inside each other.
 class CallDepth {
 public:
@@ -131,10 +142,19 @@ public:
     CallDepth& operator=(CallDepth const&) = delete;
     unsigned int Get() const { return calls; }
 
+    /// The thread's cache for the outermost call; null for those in it, since its tags are in use.
+    detail::TagLookupCache* GetCache() const {
+        static thread_local ThreadState state;
+        if (calls != 1 || ThreadState::isGone)
+            return nullptr;
+        if (!state.cache)
+            state.cache = std::make_unique<detail::TagLookupCache>();
+        return state.cache.get();
+    }
+
 private:
     static thread_local unsigned int calls;
 };
-
 thread_local unsigned int CallDepth::calls = 0;
 
 } // namespace
@@ -142,8 +162,9 @@ thread_local unsigned int CallDepth::calls = 0;
 /// The work of one call of ProcessText.
 class CTags::TextExpansion {
 public:
-    TextExpansion(CTags& owner, CTagContext const& about, CXTString<char16_t> const& text)
-        : tags(owner), context(about), limits(owner.textLimits),
+    TextExpansion(CTags& owner, CTagContext const& about, CXTString<char16_t> const& text,
+                  detail::TagLookupCache* threadCache)
+        : tags(owner), context(about), cache(threadCache), limits(owner.textLimits),
           buffer(text, static_cast<std::size_t>(text.GetLength())), originalLength(buffer.Length()) {}
 
     /// Expands to the end, or until a limit is met.
@@ -170,7 +191,8 @@ private:
     };
 
     void ReadToken();
-    void ReadTag(Token const& token);
+    void ReadTag(Token const& token, char16_t const* text, std::size_t length);
+    void Evaluate(Token const& token, CTagInfo const& tag);
     void CloseBlock(Token const& token);
     void ReplaceTag(Token const& token, unsigned int generation);
     void SetCandidate(char16_t const* text, std::size_t length);
@@ -201,6 +223,7 @@ private:
 
     CTags& tags;
     CTagContext const& context;
+    detail::TagLookupCache* const cache; ///< may be null
     TagTextLimits const limits;
     detail::TagTextBuffer buffer;
     std::size_t const originalLength;
@@ -239,8 +262,10 @@ void CTags::TextExpansion::ReadToken() {
             return Keep(token);
         --token.start;
     }
-    SetCandidate(rest + first, last - first);
-    ReadTag(token);
+    if (cache)
+        if (CTagInfo const* const known = cache->Find(tags.state, rest + first, last - first))
+            return Evaluate(token, *known);
+    ReadTag(token, rest + first, last - first);
 }
 
 void CTags::TextExpansion::SetCandidate(char16_t const* text, std::size_t length) {
@@ -255,7 +280,8 @@ void CTags::TextExpansion::SetCandidate(char16_t const* text, std::size_t length
     *to = u'>'; // whatever delimiter it was
 }
 
-void CTags::TextExpansion::ReadTag(Token const& token) {
+void CTags::TextExpansion::ReadTag(Token const& token, char16_t const* text, std::size_t length) {
+    SetCandidate(text, length);
     std::u16string_view const marker(candidate, static_cast<std::size_t>(candidate.GetLength()));
     if (marker == Opener) {
         if (!blocks)
@@ -264,12 +290,23 @@ void CTags::TextExpansion::ReadTag(Token const& token) {
         return Keep(token);
     }
     // Without a block that is open, the first of the two is a tag like any other.
-    if (HasBlock() && (marker == Closer || marker == OtherCloser))
+    bool const isCloser = marker == Closer || marker == OtherCloser;
+    if (isCloser && HasBlock())
         return CloseBlock(token);
 
     CTagInfo const* const found = hasChain ? tags.FindTag(candidate, parameters) : tags.tagsByName.Find(candidate);
     if (!found)
         return Keep(token);
+    // A copy, since a host may insert tags while it evaluates one.
+    info = *found;
+    if (hasChain)
+        info.parameters = parameters;
+    else if (cache && !isCloser)
+        cache->Enter(tags.state, text, length, info);
+    Evaluate(token, info);
+}
+
+void CTags::TextExpansion::Evaluate(Token const& token, CTagInfo const& tag) {
     unsigned int const generation = values.GenerationAt(token.distance);
     if (generation > limits.chain)
         exceeded = OwnTag;
@@ -277,14 +314,11 @@ void CTags::TextExpansion::ReadTag(Token const& token) {
         exceeded = TooManyNested;
     if (exceeded)
         return;
-    // A copy, since a host may insert tags while it evaluates one.
-    info = *found;
-    if (hasChain)
-        info.parameters = parameters;
     ++events;
-    if (!tags.EvaluateTag(context, info, value))
-        return Keep(token);
-    ReplaceTag(token, generation);
+    if (tags.EvaluateTag(context, tag, value))
+        ReplaceTag(token, generation);
+    else
+        Keep(token);
 }
 
 void CTags::TextExpansion::CloseBlock(Token const& token) {
@@ -365,7 +399,7 @@ void CTags::ProcessText(CTagContext const& context, CXTString<char16_t>& text) {
     CallDepth const depth;
     char const* exceeded = TooDeep;
     if (depth.Get() <= textLimits.depth) {
-        TextExpansion expansion(*this, context, text);
+        TextExpansion expansion(*this, context, text, depth.GetCache());
         exceeded = expansion.Run();
         expansion.GetText(text);
     }
