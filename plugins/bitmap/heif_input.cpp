@@ -17,11 +17,12 @@ PolledFile& FileOf(void* file) {
     return *static_cast<PolledFile*>(file);
 }
 
-/// How libheif reads the file, which does not grow.
+/// How libheif reads the file, which does not grow; nothing at all it reads into nowhere.
 constexpr heif_reader reader = {
     .reader_api_version = 1,
     .get_position = [](void* file) { return FileOf(file).tell(); },
-    .read = [](void* target, size_t size, void* file) { return FileOf(file).read(target, size) == size ? 0 : 1; },
+    .read = [](void* target, size_t size,
+               void* file) { return size == 0 || FileOf(file).read(target, size) == size ? 0 : 1; },
     .seek = [](int64_t position, void* file) { return FileOf(file).seek(position) ? 0 : 1; },
     .wait_for_file_size =
         [](int64_t size, void* file) {
