@@ -40,8 +40,11 @@ TEST(WorkerPool, KeepsLonelyWorkApartAndHandsOverResults) {
         tasks.push_back(std::make_shared<Task>(
             [&, i, alone] {
                 together += alone ? 0 : 1;
+                std::this_thread::yield(); // so that others come in where nothing holds them back
                 metOthers = metOthers || (alone && together != 0);
-                doneAlone += alone ? 1 : 0;
+                if (alone) {
+                    ++doneAlone;
+                }
                 results[static_cast<std::size_t>(i)] = i;
                 together -= alone ? 0 : 1;
             },
