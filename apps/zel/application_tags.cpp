@@ -60,6 +60,11 @@ void Put(Value& value, std::vector<std::string> const& texts) {
     }
 }
 
+/// Four characters, of which the last ones may be blanks that nobody wants in a text.
+void PutCode(Value& value, std::string const& code) {
+    Put(value, code.substr(0, code.find_last_not_of(' ') + 1));
+}
+
 template <auto Member>
 void FileFact(Context const& context, Value& value) {
     Put(value, context.facts->*Member);
@@ -133,8 +138,8 @@ ApplicationTag const Rows[] = {
     {"counter", TAGDATA_TEXT, FileGroup, "Number of the file with zeros in front", "0007", None,
      [](Context const& c, Value& v) { Put(v, fmt::format("{:0{}}", c.index, c.counterDigits)); }},
 
-    {"class", TAGDATA_TEXT, TypeGroup, "Class of the type, four characters", "JPEG", None,
-     FileFact<&FileFacts::classCode>},
+    {"class", TAGDATA_TEXT, TypeGroup, "Class of the type, up to four characters", "JPEG", None,
+     [](Context const& c, Value& v) { PutCode(v, c.facts->classCode); }},
     {"kind", TAGDATA_TEXT, TypeGroup, "Kind of data", "bitmap", None, FileFact<&FileFacts::kind>},
     {"description", TAGDATA_TEXT, TypeGroup, "Description of the type", "JPG - JPEG images", None,
      FileFact<&FileFacts::description>},
@@ -194,7 +199,7 @@ ApplicationTag const Rows[] = {
     {"parser", TAGDATA_TEXT, ReadingGroup, "Parser that read the file", "JPEG", Content,
      [](Context const& c, Value& v) {
          if (auto const* const media = Media(c)) {
-             Put(v, media->answer.parser);
+             PutCode(v, media->answer.parser);
          }
      }},
     {"firstchoice", TAGDATA_BOOL, ReadingGroup, "Whether that was the first one of the type", "True", Content,

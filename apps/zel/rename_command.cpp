@@ -168,6 +168,10 @@ private:
         if (wording.EndsLine() && text.ends_with('\n')) {
             text.pop_back(); // a template file ends so
         }
+        if (!options.wholeName) { // blanks beside a tag that gave nothing
+            text.erase(text.find_last_not_of(' ') + 1);
+            text.erase(0, text.find_first_not_of(' '));
+        }
         std::string const extension = static_cast<char const*>(fileGetNativeName(fileGetExtension(facts.path)));
         bool const says = options.wholeName || wording.GetEnding().find('.') != std::string::npos;
         bool const has = text.size() >= extension.size() &&

@@ -80,6 +80,8 @@ TEST_F(ZelRename, ExtensionsStayUnlessTheTemplateSays) {
         {"a.txt", "v1.0 <kind>", "--apply", "v1.0 other.txt"}, // a dot in front of a tag is none of an extension
         {"a.txt", "<file(shortname)><tagifexist>.x<width></tagifexist> b", "--apply", "a b.txt"},
         {"a.txt", "<kind>", "--whole-name", "other"},
+        {"a.txt", " <width> <kind> <width>", "--apply", "other.txt"},
+        {"a.txt", " <width>", "--whole-name", " "},
         {"a.b.gz", "<file(shortname)>_<file(ext)>", "--apply", "a.b_.gz"},
         {".hidden", "<kind>x", "--apply", "otherx.hidden"},
         {"none", "<kind>", "--apply", "other"},
