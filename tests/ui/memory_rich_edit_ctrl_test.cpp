@@ -134,14 +134,13 @@ TEST(MemoryRichEditCtrl, AgreesWithAPlainStringThroughRandomChangesAndBack) {
     std::u16string model;
     std::vector<std::u16string> history;
     std::mt19937 random(20261123);
-    char16_t const* const pieces[] = {u"", u"a", u"\r\r", u"word\r", u"\r", u"longer words"};
+    char16_t const* const pieces[] = {u"", u"a", u"\r\r", u"word\r", u" ", u"longer words"};
     int const hostile[] = {INT_MIN, -1, INT_MAX};
-    for (int step = 0; step < 90; ++step) { // fewer than what is kept for undo
-        auto const anyPosition = [&] {
-            return random() % 8 == 0 ? hostile[random() % 3] : static_cast<int>(random() % (model.size() + 3));
-        };
-        int const first = anyPosition();
-        int const last = anyPosition();
+    for (int step = 0; step < 600; ++step) {
+        auto const hostileOr = [&](int position) { return random() % 20 == 0 ? hostile[random() % 3] : position; };
+        int const near = static_cast<int>(random() % (model.size() + 3));
+        int const first = hostileOr(near);
+        int const last = hostileOr(near + static_cast<int>(random() % 7));
         control.SetSel(first, last);
         auto const [from, to] = SelectionOf(control);
         ASSERT_TRUE(0 <= from && from <= to && to <= static_cast<int>(model.size()));
@@ -158,26 +157,22 @@ TEST(MemoryRichEditCtrl, AgreesWithAPlainStringThroughRandomChangesAndBack) {
         control.ReplaceSel(piece, true);
         ASSERT_EQ(TextOf(control), model) << step;
         ExpectLines(control, model);
-    }
-    for (; control.Undo(); history.pop_back()) {
-        ASSERT_FALSE(history.empty());
-        ASSERT_EQ(TextOf(control), history.back());
-    }
-    EXPECT_TRUE(history.empty());
-    ExpectLines(control, u"");
-}
-
-TEST(MemoryRichEditCtrl, ForgetsTheOldestOfAHundredChanges) {
-    MemoryRichEditCtrl control;
-    for (int i = 0; i < 101; ++i) {
-        control.ReplaceSel(u"+", true);
+        for (int i = 0; i < 8; ++i) { // what a search has passed over is remembered through the changes
+            char16_t const* const mark = random() % 4 == 0 ? u"\r" : u" ";
+            std::size_t const start = random() % (model.size() + 2);
+            CharacterRange found;
+            ASSERT_EQ(control.FindText(FindTextDown, {static_cast<int>(start), -1}, mark, found),
+                      static_cast<int>(model.find(mark, start)))
+                << step;
+        }
     }
     int undone = 0;
-    while (control.Undo()) {
-        ++undone;
+    for (; control.Undo(); ++undone) {
+        ASSERT_EQ(TextOf(control), history.back());
+        history.pop_back();
     }
-    EXPECT_EQ(undone, 100);
-    EXPECT_EQ(TextOf(control), u"+");
+    EXPECT_EQ(undone, 100) << "the oldest changes are forgotten";
+    ExpectLines(control, TextOf(control));
 }
 
 TEST(MemoryEdit, KeepsLineBreaksAndOneFocus) {

@@ -42,23 +42,43 @@ CXTString<char16_t> MemoryRichEditCtrl::GetTextRange(int first, int last) const 
 
 int MemoryRichEditCtrl::FindText(unsigned int flags, CharacterRange within, char16_t const* sought,
                                  CharacterRange& found) const {
-    bool const down = (flags & FindTextDown) != 0;
-    int const length = text->GetLength();
-    int const from = within.first < 0 ? (down ? 0 : length) : std::min(within.first, length);
-    int const to = within.last < 0 ? (down ? length : 0) : std::min(within.last, length);
     int const count = static_cast<int>(std::min<std::size_t>(sought != nullptr ? xStrLen(sought) : 0, INT_MAX));
-    int const room = down ? to - from : from - to;
-    if (count == 0 || count > room) {
+    if (count == 0) {
         return -1;
     }
-    for (int step = 0; step <= room - count; ++step) {
-        int const place = down ? from + step : from - count - step;
-        if (MatchesAt(*text, place, sought, count, flags)) {
-            found = {place, place + count};
-            return place;
-        }
+    bool const down = (flags & FindTextDown) != 0;
+    int const place = down ? FindDown(flags, within, sought, count) : FindUp(flags, within, sought, count);
+    if (place >= 0) {
+        found = {place, place + count};
     }
-    return -1;
+    return place;
+}
+
+int MemoryRichEditCtrl::FindDown(unsigned int flags, CharacterRange within, char16_t const* sought, int count) const {
+    int const length = text->GetLength();
+    int const from = std::clamp(within.first, 0, length);
+    int const to = within.last < 0 ? length : std::min(within.last, length);
+    // A mark, which has no other case, is not sought twice where it is known to be missing.
+    bool const isMark = count == 1 && flags == FindTextDown && detail::IsAscii(*sought) && !xIsAlpha(*sought);
+    int place = isMark ? text->GetSearchedRun().Skip(*sought, from) : from;
+    while (place <= to - count && !MatchesAt(*text, place, sought, count, flags)) {
+        ++place;
+    }
+    if (isMark) {
+        text->GetSearchedRun().Add(*sought, from, place);
+    }
+    return place <= to - count ? place : -1;
+}
+
+int MemoryRichEditCtrl::FindUp(unsigned int flags, CharacterRange within, char16_t const* sought, int count) const {
+    int const length = text->GetLength();
+    int const from = within.first < 0 ? length : std::min(within.first, length);
+    int const to = std::clamp(within.last, 0, length);
+    int place = from - count;
+    while (place >= to && !MatchesAt(*text, place, sought, count, flags)) {
+        --place;
+    }
+    return place >= to ? place : -1;
 }
 
 int MemoryRichEditCtrl::GetLineCount() const {
@@ -66,45 +86,14 @@ int MemoryRichEditCtrl::GetLineCount() const {
 }
 
 int MemoryRichEditCtrl::LineFromChar(int position) const {
-    // Counted from the nearer end, since the work on a text mostly stays near one.
-    int const place = PlaceOf(position);
-    int const length = text->GetLength();
-    int breaks = 0;
-    if (place < length - place) {
-        for (int i = 0; i < place; ++i) {
-            breaks += text->At(i) == u'\r';
-        }
-        return breaks;
-    }
-    for (int i = place; i < length; ++i) {
-        breaks += text->At(i) == u'\r';
-    }
-    return text->GetBreakCount() - breaks;
+    return text->LineOf(PlaceOf(position));
 }
 
 int MemoryRichEditCtrl::LineIndex(int line) const {
     if (line == -1) {
         return LineStart(PlaceOf(-1));
     }
-    int const breaks = text->GetBreakCount();
-    if (line < 0 || line > breaks) {
-        return -1;
-    }
-    if (line == 0) {
-        return 0;
-    }
-    int place = 0;
-    if (line <= breaks / 2) {
-        for (int passed = 0; passed < line; ++place) {
-            passed += text->At(place) == u'\r';
-        }
-        return place;
-    }
-    place = text->GetLength();
-    for (int passed = breaks; passed >= line; --place) {
-        passed -= text->At(place - 1) == u'\r';
-    }
-    return place + 1;
+    return line < 0 || line > text->GetBreakCount() ? -1 : text->FirstOfLine(line);
 }
 
 int MemoryRichEditCtrl::LineLength(int position) const {

@@ -32,6 +32,8 @@ public:
     void SetSelectionCharFormat(CharacterFormat const& format) override;
 
 private:
+    int FindDown(unsigned int flags, CharacterRange within, char16_t const* sought, int count) const;
+    int FindUp(unsigned int flags, CharacterRange within, char16_t const* sought, int count) const;
     int PlaceOf(int position) const;
     int LineStart(int position) const;
 };

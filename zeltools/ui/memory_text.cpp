@@ -3,35 +3,47 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <utility>
 
 namespace detail {
 
-TextCell const& GapBuffer::At(int index) const {
-    std::size_t const place = static_cast<std::size_t>(index);
-    return place < before.size() ? before[place] : after[after.size() - 1 - (place - before.size())];
-}
+// Breaks are counted from the nearest place where their number is known: the work on a text mostly stays near its ends
+// or the last change.
 
-std::vector<TextCell> GapBuffer::Replace(int first, int count, std::vector<TextCell> const& newCells) {
-    MoveGap(first);
-    auto const end = after.end() - count;
-    std::vector<TextCell> removed(after.rbegin(), std::make_reverse_iterator(end));
-    after.erase(end, after.end());
-    before.insert(before.end(), newCells.begin(), newCells.end());
-    return removed;
-}
-
-void GapBuffer::MoveGap(int position) {
-    std::size_t const place = static_cast<std::size_t>(position);
-    if (place < before.size()) {
-        auto const start = before.begin() + position;
-        after.insert(after.end(), before.rbegin(), std::make_reverse_iterator(start));
-        before.erase(start, before.end());
-    } else {
-        auto const start = after.end() - static_cast<std::ptrdiff_t>(place - before.size());
-        before.insert(before.end(), after.rbegin(), std::make_reverse_iterator(start));
-        after.erase(start, after.end());
+int MemoryText::LineOf(int place) const {
+    LineMark mark;
+    for (LineMark const known : {cells.GetGapMark(), cells.GetEndMark()}) {
+        if (std::abs(known.place - place) < std::abs(mark.place - place)) {
+            mark = known;
+        }
     }
+    for (; mark.place < place; ++mark.place) {
+        mark.breaks += At(mark.place) == u'\r';
+    }
+    for (; mark.place > place; --mark.place) {
+        mark.breaks -= At(mark.place - 1) == u'\r';
+    }
+    return mark.breaks;
+}
+
+int MemoryText::FirstOfLine(int line) const {
+    if (line == 0) {
+        return 0;
+    }
+    LineMark mark;
+    for (LineMark const known : {cells.GetGapMark(), cells.GetEndMark()}) {
+        if (std::abs(known.breaks - line) < std::abs(mark.breaks - line)) {
+            mark = known;
+        }
+    }
+    for (; mark.breaks >= line; --mark.place) { // to the front of the break that ends the line before
+        mark.breaks -= At(mark.place - 1) == u'\r';
+    }
+    for (; mark.breaks < line; ++mark.place) { // over it
+        mark.breaks += At(mark.place) == u'\r';
+    }
+    return mark.place;
 }
 
 CXTString<char16_t> MemoryText::GetRange(int first, int last) const {
@@ -49,6 +61,7 @@ CXTString<char16_t> MemoryText::GetRange(int first, int last) const {
 void MemoryText::SetText(char16_t const* text) {
     Exchange(0, GetLength(), CellsOf(text, 0));
     changes.clear();
+    formats.resize(1); // the text has no other
     Select(0, 0);
 }
 
@@ -126,12 +139,8 @@ std::vector<TextCell> MemoryText::CellsOf(char16_t const* text, unsigned short f
 }
 
 std::vector<TextCell> MemoryText::Exchange(int first, int count, std::vector<TextCell> const& newCells) {
-    auto const breaksIn = [](std::vector<TextCell> const& some) {
-        return static_cast<int>(
-            std::count_if(some.begin(), some.end(), [](TextCell cell) { return cell.unit == u'\r'; }));
-    };
     std::vector<TextCell> removed = cells.Replace(first, count, newCells);
-    breakCount += breaksIn(newCells) - breaksIn(removed);
+    searchedRun.Exchange(first, count, newCells);
     return removed;
 }
 

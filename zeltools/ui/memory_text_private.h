@@ -4,35 +4,14 @@
 #pragma once
 
 #include "zeltools/ui/custom_rich_edit_ctrl.h"
+#include "zeltools/ui/gap_buffer_private.h"
+#include "zeltools/ui/searched_run_private.h"
 
 #include <deque>
 #include <optional>
 #include <vector>
 
 namespace detail {
-
-/// A character, and the number of its format in the text's list.
-struct TextCell {
-    char16_t unit = 0;
-    unsigned short format = 0;
-};
-
-/// Cells with a gap where the last change was, so that a change near it moves only what lies between.
-class GapBuffer {
-public:
-    int GetLength() const { return static_cast<int>(before.size() + after.size()); }
-    TextCell const& At(int index) const;
-
-    /// Exchanges `count` cells from `first` on for others; both must lie inside.
-    /// @return the cells that were there.
-    std::vector<TextCell> Replace(int first, int count, std::vector<TextCell> const& cells);
-
-private:
-    void MoveGap(int position);
-
-    std::vector<TextCell> before; // the cells in front of the gap
-    std::vector<TextCell> after;  // those behind it, the last one first
-};
 
 /// The text. Positions of any value may be passed in: they are brought into it.
 class MemoryText {
@@ -43,7 +22,10 @@ public:
     int GetLength() const { return cells.GetLength(); }
     char16_t At(int index) const { return cells.At(index).unit; }
     bool HasOneCharacterBreaks() const { return oneCharacterBreaks; }
-    int GetBreakCount() const { return breakCount; } ///< the number of CR
+    int GetBreakCount() const { return cells.GetEndMark().breaks; } ///< the number of CR
+    int LineOf(int place) const;                                    ///< of a place in the text or at its end
+    int FirstOfLine(int line) const;                                ///< of a line that is there
+    SearchedRun& GetSearchedRun() { return searchedRun; }
     CXTString<char16_t> GetRange(int first, int last) const;
     void SetText(char16_t const* text);
 
@@ -78,7 +60,7 @@ private:
 
     bool oneCharacterBreaks;
     GapBuffer cells;
-    int breakCount = 0;
+    SearchedRun searchedRun;
     CharacterRange selection{0, 0};           // always inside the text and in order
     std::vector<CharacterFormat> formats{{}}; // the first is that of a new text
     std::optional<unsigned short> nextFormat; // of what is inserted at the caret, until that moves
