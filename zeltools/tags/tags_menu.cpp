@@ -59,13 +59,13 @@ CXTString<char16_t> WithParameter(CXTString<char16_t> text, char16_t const* para
 /// The menu as it is built, and what each of its items yields.
 class TagMenu {
 public:
-    explicit TagMenu(TagMenuChoice const& wanted) : choice(wanted) {}
+    /// @param createdSubMenus  Becomes true where the listeners are told of a submenu.
+    TagMenu(TagMenuChoice const& wanted, bool& createdSubMenus) : choice(wanted), toldListeners(createdSubMenus) {}
 
     void AddTags(CTags const& tags);
     void AddFlagItems();
 
     CCustomMenu const& Root() const { return root; }
-    bool ToldListeners() const { return toldListeners; }
 
     /// What a chosen id yields; the pair of markers for that of `<tagifexist>`.
     CXTString<char16_t> ResultOf(unsigned int id) const {
@@ -87,13 +87,24 @@ private:
     }
 
     TagMenuChoice const choice;
+    bool& toldListeners;
     CCustomMenu root;
     CHashMap<unsigned int, unsigned int, CXTString<char16_t>> results;
     CHashMap<CXTString<char16_t>, CXTString<char16_t> const&, CCustomMenu*> menusByClass;
     CXTString<char16_t> closer;
     unsigned int nextId = CustomMenuFirstId;
     unsigned int openerId = 0;
-    bool toldListeners = false;
+};
+
+/// Tells the listeners, when the menu is gone, that the submenus are that they were told of.
+struct Farewell {
+    bool due = false;
+
+    ~Farewell() {
+        if (due) {
+            detail::TellSubMenusGone();
+        }
+    }
 };
 
 void TagMenu::AddTags(CTags const& tags) {
@@ -176,25 +187,6 @@ void TagMenu::AddFlagItems() {
     }
 }
 
-/// Builds the menu, shows it, and takes it down.
-unsigned int ShowTagMenu(TagMenuChoice const& choice, CTags const& tags, CPoint const& point,
-                         CXTString<char16_t>& result) {
-    unsigned int chosen = 0;
-    bool toldListeners = false;
-    {
-        TagMenu menu(choice);
-        menu.AddTags(tags);
-        menu.AddFlagItems();
-        chosen = GetDesktop().TrackPopupMenu(menu.Root(), point, nullptr);
-        result = menu.ResultOf(chosen);
-        toldListeners = menu.ToldListeners();
-    }
-    if (toldListeners) {
-        detail::TellSubMenusGone();
-    }
-    return chosen;
-}
-
 } // namespace
 
 CCustomMenu& detail::MenuOfClassLabel(CCustomMenu& root, CXTString<char16_t> const& label, bool& created) {
@@ -222,14 +214,19 @@ CXTString<char16_t> CTags::DoPopupMenu(CPoint const& point, unsigned int flags,
                                        CHashTable<unsigned int>* includedClasses,
                                        CHashTable<unsigned int>* excludedClasses,
                                        CHashTable<unsigned int>* excludedTypes, int* cancelled) {
-    CXTString<char16_t> result;
-    bool chosen = true;
-    if (IsInit()) {
-        TagMenuChoice const choice{flags, includedClasses, excludedClasses, excludedTypes};
-        chosen = ShowTagMenu(choice, *this, point, result) != 0;
-    }
     if (cancelled) {
-        *cancelled = !chosen;
+        *cancelled = 0;
     }
-    return result;
+    if (!IsInit()) {
+        return CXTString<char16_t>();
+    }
+    Farewell farewell; // outlives the menu, however that goes
+    TagMenu menu({flags, includedClasses, excludedClasses, excludedTypes}, farewell.due);
+    menu.AddTags(*this);
+    menu.AddFlagItems();
+    unsigned int const chosen = GetDesktop().TrackPopupMenu(menu.Root(), point, nullptr);
+    if (cancelled && chosen == 0) {
+        *cancelled = 1;
+    }
+    return menu.ResultOf(chosen);
 }

@@ -8,7 +8,8 @@
 
 class CCustomMenu;
 
-/// A listener. It is called on the thread that shows the menu.
+/// A listener. It is called on the thread that shows the menu, throws nothing, and neither adds nor removes listeners
+/// while it is called.
 class ZEL_API CMenuListener {
 public:
     virtual ~CMenuListener() = default;
