@@ -45,7 +45,7 @@ struct TagTextLimits {
     unsigned int chain = 100'000;
 
     /// Tags that may be met inside values, all together: what a dozen tags can grow to that each hold ten of the next,
-    /// in seconds of work.
+    /// in seconds of work. As many blocks may be open at once in rich text.
     unsigned int nested = 1u << 24;
 
     /// Characters by which values may make a text longer, 256 MiB: a value that doubles itself gets there before memory
@@ -113,8 +113,8 @@ public:
                                             CHashTable<unsigned int>* excludedTypes, int* cancelled);
 
     /// Gives the text of a tag that was met in a template. It usually ends in GetDataFromTag with TAGDATA_TEXT.
-    /// @param value  On true its text object holds the text. It is the same for all tags of a template and comes as the
-    ///               tag before left it.
+    /// @param value  On true its text object holds the text. In ProcessText it is the same for all tags of a template
+    ///               and comes as the tag before left it; in UpdateRTFTags each tag has its own, which comes empty.
     /// @return false to leave the tag in the template as it stands.
     virtual bool EvaluateTag(CTagContext const& context, CTagInfo const& info, CTagValue& value) = 0;
 
@@ -260,7 +260,7 @@ public:
     /// which a marker stood alone goes with it, and so do blank lines at the end of the control.
     ///
     /// What would run for ever stops at the limits: a value that holds its own tag, and a tag that EvaluateTag refuses
-    /// again and again, since a refused tag is offered once more. No more than `nested` blocks are open at once.
+    /// again and again, since a refused tag is offered once more.
     void UpdateRTFTags(CTagContext const& context, CCustomRichEditCtrl& control);
 
     /// The parameters by name. Filled by the first InitTags of the process, and constant from then on.

@@ -16,11 +16,6 @@ constexpr char16_t const* Opener = u"<tagifexist>";
 constexpr char16_t const* Closer = u"</tagifexist>";
 constexpr char16_t const* OtherCloser = u"<tagendifexist>";
 
-/// Each block that closes sends the scan back to the top, where it enters the blocks around it once more, so a template
-/// of nothing but openers and closers would fill memory with the square of its length. It takes a nest of more than a
-/// thousand blocks to come here. A host that wants less sets TagTextLimits::nested below it.
-constexpr unsigned int MaxOpenBlocks = 1 << 20;
-
 bool Find(CCustomRichEditCtrl const& control, int from, char16_t const* text, CharacterRange& found) {
     return control.FindText(FindTextDown, {from, -1}, text, found) >= 0;
 }
@@ -153,7 +148,9 @@ int CTags::RTFScan(CCustomRichEditCtrl& control, CTagInfo& tag) {
             scan->emptySeen = 0;
             scan->Push({marker.first, marker.last});
             scan->position = marker.last;
-            if (static_cast<unsigned int>(scan->GetDepth()) > std::min(textLimits.nested, MaxOpenBlocks)) {
+            // Each block that closes sends the scan back to the top, where it enters the blocks around it once more:
+            // a nest of blocks takes the square of its depth.
+            if (static_cast<unsigned int>(scan->GetDepth()) > textLimits.nested) {
                 WriteToLogFile(u"Rich text was not expanded to its end, since its blocks nest too deep.\n");
                 tag.Clear();
                 return 0;
