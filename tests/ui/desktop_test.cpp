@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/ui/desktop.h"
 
+#include "tests/support/printers.h"
 #include "zeltools/foundation/desktop_hooks_private.h"
+#include "zeltools/foundation/log_file.h"
 #include "zeltools/ui/custom_menu.h"
 #include "zeltools/ui/custom_rich_edit_ctrl.h"
 #include "zeltools/ui/edit.h"
@@ -35,7 +37,14 @@ TEST(Desktop, HeadlessOneDecidesForTheLeast) {
     CCustomMenu menu;
     menu.InsertItem(-1, 7, u"Delete everything");
     EXPECT_EQ(GetDesktop().TrackPopupMenu(menu, CPoint(1, 2), nullptr), 0U);
-    EXPECT_EQ(GetDesktop().ShowMessageBox(u"Delete?", MessageBoxYesNo), AnswerNo);
+    CXTString<char16_t> logged;
+    auto const note = [](unsigned int, CXTString<char16_t> text, bool, void* user) {
+        *static_cast<CXTString<char16_t>*>(user) += text;
+    };
+    SetLogCallback(note, &logged);
+    EXPECT_EQ(GetDesktop().ShowMessageBox(u"Delete 100%s?", MessageBoxYesNo), AnswerNo);
+    SetLogCallback(nullptr, nullptr);
+    EXPECT_EQ(logged, u"Delete 100%s?\n");
     EXPECT_TRUE(GetDesktop().CreateEdit(nullptr)->IsWindow());
     EXPECT_TRUE(GetDesktop().CreateRichEdit(nullptr)->IsWindow());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/desktop_hooks_private.h"
+#include "zeltools/foundation/log_file.h"
 #include "zeltools/foundation/string_conversion.h"
+#include "zeltools/foundation/xexception.h"
 
 #include <atomic>
 #include <cstdio>
@@ -15,6 +17,11 @@ public:
         CXTString<char> bytes;
         XFASTCW2A(bytes, text, xEncodingUtf8);
         std::fprintf(stderr, "%s\n", static_cast<char const*>(bytes));
+        try {
+            WriteToLogFile(u"%s\n", static_cast<char16_t const*>(text));
+        } catch (CXException* failure) { // of the log's file; the message was shown
+            CXException::Delete(failure);
+        }
         return SafestAnswer(buttons);
     }
     std::optional<int> MeasureText(CWnd*, CXTString<char16_t> const&) override { return std::nullopt; }

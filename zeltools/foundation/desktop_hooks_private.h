@@ -50,8 +50,8 @@ public:
     virtual void ShowBusy(bool) {}
 };
 
-/// The desktop that is installed, or the headless one: its message boxes go to standard error and answer with the
-/// button that does the least, and it measures nothing. Threads: any.
+/// The desktop that is installed, or the headless one: its message boxes go to standard error and to the log and
+/// answer with the button that does the least, and it measures nothing. Threads: any.
 DesktopHooks& GetDesktopHooks();
 
 /// The headless one, whatever is installed.

@@ -50,7 +50,8 @@ public:
 
     /// Shows a message in a box that the active window owns, and waits for a button.
     ///
-    /// Without a desktop the text goes to standard error, and the answer is the button that does the least.
+    /// Without a desktop the text goes to standard error and to the log, and the answer is the button that does the
+    /// least.
     /// @param buttons  With MessageBoxExclamation where the sign is to be a warning.
     virtual MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const& text, MessageBoxButtons buttons);
 
