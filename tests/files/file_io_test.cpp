@@ -167,8 +167,10 @@ TEST_F(FileIo, FallsThroughToTheNextParserOfANameOnly) {
 
 TEST_F(FileIo, TellsTheUserOnceAndNobodyWhenSilent) {
     NotingDesktop desktop;
+    desktop.mainWindow = reinterpret_cast<CWnd*>(&desktop);
     CIoOptions options(false);
     Manager io(u"C:\\a\\b.zel1", IoFlagLoading, nullptr);
+    EXPECT_EQ(io.GetParentWnd(), desktop.mainWindow);
     EXPECT_TRUE(io.ReportIoError(&options, 0));
     EXPECT_TRUE(desktop.boxes.empty()); // nothing failed
     EXPECT_EQ(io.GetIoErrorTxt(), u"File successfully loaded");

@@ -20,6 +20,7 @@ public:
         boxes.push_back({text, buttons});
         return detail::AnswerYes;
     }
+    CWnd* GetMainWindow() override { return mainWindow; }
     std::optional<int> MeasureText(CWnd*, CXTString<char16_t> const& text) override { return 10 * text.GetLength(); }
     int GetClientWidth(CWnd*) override { return 200; }
     void ShowBusy(bool busy) override { busyDepth += busy ? 1 : -1; }
@@ -30,4 +31,5 @@ public:
     };
     std::vector<Box> boxes;
     int busyDepth = 0;
+    CWnd* mainWindow = nullptr;
 };

@@ -17,6 +17,7 @@ public:
     WideDesktop() { SetDesktop(this); }
     ~WideDesktop() override { SetDesktop(nullptr); }
     MessageBoxAnswer ShowMessageBox(CXTString<char16_t> const&, MessageBoxButtons) override { return AnswerRetry; }
+    CWnd* GetMainWindow() override { return reinterpret_cast<CWnd*>(this); }
     int GetClientWidth(CWnd*) override { return 640; }
 };
 
@@ -27,6 +28,7 @@ TEST(Desktop, InstalledOneReachesTheLowerFloors) {
         WideDesktop desktop;
         EXPECT_EQ(&GetDesktop(), &desktop);
         EXPECT_EQ(detail::GetDesktopHooks().ShowMessageBox(u"Again?", MessageBoxRetryCancel), AnswerRetry);
+        EXPECT_NE(detail::GetDesktopHooks().GetMainWindow(), nullptr);
         EXPECT_EQ(detail::GetDesktopHooks().GetClientWidth(nullptr), 640);
         EXPECT_FALSE(detail::GetDesktopHooks().MeasureText(nullptr, u"not measured"));
     }

@@ -2,6 +2,7 @@
 #include "zeltools/files/file_io.h"
 
 #include "zeltools/files/file_types.h"
+#include "zeltools/foundation/desktop_hooks_private.h"
 #include "zeltools/foundation/hash_map.h"
 #include "zeltools/foundation/hash_table.h"
 #include "zeltools/platform/clock.h"
@@ -24,9 +25,12 @@ struct LiveManagers {
     }
 };
 
-CHashMap<unsigned int, unsigned int, FileIoCreationCallback>& CreationCallbacks() {
-    static CHashMap<unsigned int, unsigned int, FileIoCreationCallback> callbacks;
-    return callbacks;
+using CreationTable = CHashMap<unsigned int, unsigned int, FileIoCreationCallback>;
+
+/// By kind. Never deleted, for the same reason.
+CreationTable& CreationCallbacks() {
+    static CreationTable* const instance = new CreationTable;
+    return *instance;
 }
 
 CFileNameSpec SpecOfClass(unsigned int classId) {
@@ -36,7 +40,8 @@ CFileNameSpec SpecOfClass(unsigned int classId) {
 } // namespace
 
 CFileIo::CFileIo(CFileNameSpec const& name, unsigned int flagBits, CWnd* parent)
-    : flagWord(flagBits), startTick(platform::GetTickCount64()), parentWindow(parent) {
+    : flagWord(flagBits), startTick(platform::GetTickCount64()),
+      parentWindow(parent ? parent : detail::GetDesktopHooks().GetMainWindow()) {
     fileInfo.Init(name, FileNameTypeAuto, nullptr);
     if (name.IsDefaultParserChoice()) {
         unsigned int const wanted = IsLoading() ? FilePropertyLoad : FilePropertySave;

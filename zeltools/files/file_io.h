@@ -31,6 +31,16 @@ using FileIoCreationCallback = CFileIo* (*)(CFileNameSpec const& name, unsigned 
 
 /// The manager of one operation. A plain one knows no kind of data: it answers questions and finds files.
 class ZEL_API CFileIo {
+protected:
+    // The virtual operations come in the order of their slots, which plug-ins rely on: these two and the destructor.
+
+    /// Makes the parser for the current name.
+    /// @return null without one: for a type that the host handles itself, with the error left alone, otherwise with the
+    ///         error IoUnknownType.
+    virtual CFileParser* InitParser();
+    /// Deletes the parser and takes IoFlagCancel back.
+    virtual void CloseParser();
+
 public:
     // ---- Making one ------------------------------------------------------------------------------------------
 
@@ -38,7 +48,7 @@ public:
     /// that can load or save at all.
     ///
     /// @param flags   FILE_PARSER_FLAGS.
-    /// @param parent  The window that boxes and dialogs belong to; may be null.
+    /// @param parent  The window that boxes and dialogs belong to; null takes the application's main window.
     CFileIo(CFileNameSpec const& name, unsigned int flags, CWnd* parent);
     /// A manager for a class, under the name that is its main extension.
     CFileIo(unsigned int classId, unsigned int flags, CWnd* parent);
@@ -83,6 +93,7 @@ public:
     bool IsLoading() const { return (flagWord & IoFlagLoading) != 0; }
     /// The id of who does the work: the loader when loading, otherwise the saver.
     unsigned int GetParser() const { return IsLoading() ? fileInfo.GetLoader() : fileInfo.GetSaver(); }
+    /// Null only where there is no window at all.
     CWnd* GetParentWnd() const { return parentWindow; }
     /// The parser's parameters.
     CCustomData& GetCustomData() { return customData; }
@@ -170,13 +181,6 @@ public:
     bool LoadIoParameters(bool loading, CCustomData& data, unsigned int id);
 
 protected:
-    /// Makes the parser for the current name.
-    /// @return null without one: for a type that the host handles itself, with the error left alone, otherwise with the
-    ///         error IoUnknownType.
-    virtual CFileParser* InitParser();
-    /// Deletes the parser and takes IoFlagCancel back.
-    virtual void CloseParser();
-
     /// Goes on to the extension's next parser.
     void TryNextParser();
     /// Whether there is one, and the choice of parser was left open.
@@ -186,8 +190,7 @@ private:
     friend void SetFileClassCancel(unsigned int classId);
 
     CFileInfo fileInfo;
-    std::atomic<unsigned int> cancelClass{0}; ///< Of fileInfo, for other threads, which may not touch that.
-    std::atomic<unsigned int> flagWord;       ///< FILE_PARSER_FLAGS.
+    std::atomic<unsigned int> flagWord; ///< FILE_PARSER_FLAGS.
     unsigned int alternativeClass = 0;
     CCustomData customData;
     unsigned long long startTick;
@@ -195,6 +198,7 @@ private:
     CXTString<char16_t> errorText;
     CFileParser* currentParser = nullptr; ///< Owned.
     CWnd* parentWindow;
+    std::atomic<unsigned int> cancelClass{0}; ///< Of fileInfo, for other threads, which may not touch that.
 };
 
 /// Asks all managers whose current name is of a class to cancel.

@@ -65,7 +65,7 @@ private:
 
     /// The classes of each extension, in lower case and with its dot; owned. Guarded by `lock`.
     CHashMap<CExLCString, CExLCString const&, ClassArray*> classesOfExtension;
+    CXCriticalSection lock;
     /// The extension that is looked for. One for all look-ups, so that none allocates. Guarded by `lock`.
     CExLCString key;
-    CXCriticalSection lock;
 };

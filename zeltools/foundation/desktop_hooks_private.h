@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the lower floors ask of a desktop: a message box, and the width of texts and windows. SetDesktop (ui/desktop.h)
-// makes the window seam's service answer here too; until it does, the headless one answers.
+// What the lower floors ask of a desktop: boxes, the main window, and the width of texts and windows. SetDesktop
+// (ui/desktop.h) makes the window seam's service answer here too; until it does, the headless one answers.
 
 #pragma once
 
@@ -45,6 +45,9 @@ public:
 
     /// The width of a window's client area, in pixels; 0 without one.
     virtual int GetClientWidth(CWnd* window) = 0;
+
+    /// The application's main window; null without one.
+    virtual CWnd* GetMainWindow() { return nullptr; }
 
     /// Shows that the program is at work, until it is called as often with false as with true. Nothing by itself.
     virtual void ShowBusy(bool) {}

@@ -22,6 +22,7 @@ public:
     bool ChooseFromList(CXArray<CXTString<char16_t>> const& list, CXArray<CXTString<char16_t>>& chosen) override {
         return GetDesktop().ChooseFromList(list, chosen);
     }
+    CWnd* GetMainWindow() override { return GetDesktop().GetMainWindow(); }
     std::optional<int> MeasureText(CWnd* window, CXTString<char16_t> const& text) override {
         return GetDesktop().MeasureText(window, text);
     }
@@ -56,6 +57,10 @@ bool Desktop::ChooseFile(CXTString<char16_t> const& title, CXTString<char16_t> c
 
 bool Desktop::ChooseFromList(CXArray<CXTString<char16_t>> const& list, CXArray<CXTString<char16_t>>& chosen) {
     return detail::GetHeadlessHooks().ChooseFromList(list, chosen);
+}
+
+CWnd* Desktop::GetMainWindow() {
+    return detail::GetHeadlessHooks().GetMainWindow();
 }
 
 std::optional<int> Desktop::MeasureText(CWnd* window, CXTString<char16_t> const& text) {

@@ -68,7 +68,10 @@ public:
     /// always is without a desktop.
     virtual bool ChooseFromList(CXArray<CXTString<char16_t>> const& list, CXArray<CXTString<char16_t>>& chosen);
 
-    // ---- Measures and signs ----
+    // ---- Windows, measures and signs ----
+
+    /// The application's main window, to which boxes belong that are given no other; null without a desktop.
+    virtual CWnd* GetMainWindow();
 
     /// The width of a text in a window's font, in pixels; nothing where there is no way to measure it.
     virtual std::optional<int> MeasureText(CWnd* window, CXTString<char16_t> const& text);
