@@ -49,14 +49,18 @@ protected:
         return loaded;
     }
 
-    static PluginReport ReportOf(Text const& path) {
-        for (int i = 0; i < GetPluginReports().GetSize(); ++i) {
-            if (GetPluginReports()[i].path == path) {
-                return GetPluginReports()[i];
+    static PluginReport const* FindReport(Text const& path) {
+        for (PluginReport const& report : GetPluginReports()) {
+            if (report.path == path) {
+                return &report;
             }
         }
-        ADD_FAILURE() << "no report";
-        return {};
+        return nullptr;
+    }
+    static PluginReport ReportOf(Text const& path) {
+        PluginReport const* const report = FindReport(path);
+        EXPECT_NE(report, nullptr);
+        return report ? *report : PluginReport();
     }
 
     TemporaryFolder folder;
@@ -188,9 +192,10 @@ TEST_F(Plugins, RegistersTheTypesOfOneKindAndGoesOnAfterBadOnes) {
     EXPECT_EQ(ReportOf(Path("b.so")).outcome, PluginHasNoTypes);
     EXPECT_EQ(ReportOf(Path("c.so")).outcome, PluginIsNoLibrary);
     EXPECT_EQ(ReportOf(Path("d.so")).classes.GetSize(), 1);
-    for (int i = 0; i < GetPluginReports().GetSize(); ++i) {
-        EXPECT_FALSE(GetPluginReports()[i].path == Path("not_by_name.bin"));
-    }
+    EXPECT_EQ(FindReport(Path("not_by_name.bin")), nullptr);
+    EXPECT_TRUE(Load(Path("d.so"))); // another lock changes nothing in what is told
+    EXPECT_EQ(ReportOf(Path("d.so")).classes.GetSize(), 1);
+    FreePlugins(Entry);
 
     FreeIOPlugins(FileKindBitmap);
     EXPECT_NE(std::getenv("ZOO_RELEASED"), nullptr);
@@ -200,10 +205,12 @@ TEST_F(Plugins, RegistersTheTypesOfOneKindAndGoesOnAfterBadOnes) {
 /// The filter holds for the rest of the process, as the bad plug-ins do, so this comes in a test of its own.
 TEST_F(Plugins, TheFilterTakesOnlyItsClasses) {
     Text const path = Copy("good", "good.so");
+    std::filesystem::create_directory(folder.Native() + "backends");
     EXPECT_EQ(FilterPlugins(FourCC("NONE")), 1);
     EXPECT_EQ(FilterPlugins(FourCC("NONE")), 1);
     RegisterIOPlugins(FileKindBitmap, folder.Path().c_str());
     EXPECT_EQ(ReportOf(path).outcome, PluginHasNoSuitableTypes);
+    EXPECT_EQ(FindReport(Path("backends\\")), nullptr); // what a plug-in brings along is none
     EXPECT_NE(std::getenv("ZOO_RELEASED"), nullptr);
     EXPECT_FALSE(Load(path));
 }

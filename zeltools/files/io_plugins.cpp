@@ -3,6 +3,7 @@
 
 #include "zeltools/files/file_types.h"
 #include "zeltools/files/io_file.h"
+#include "zeltools/files/paths/path_slashes.h"
 #include "zeltools/files/plugin_loader.h"
 #include "zeltools/files/plugin_report.h"
 #include "zeltools/files/plugins_directory.h"
@@ -28,8 +29,14 @@ char const* EntryNameOf(unsigned int kind) {
     }
 }
 
+/// A list of nothing but separators has no extension either, and the registry throws for it.
+bool HasExtension(CFileExt const& type) {
+    int position = 0;
+    return !type.GetExtension().Tokenize(u"|", position).IsEmpty();
+}
+
 bool IsAccepted(CFileExt const& type, unsigned int kind) {
-    return (type.GetProperties() & FileKindMask & kind) != 0 && !type.GetExtension().IsEmpty() &&
+    return (type.GetProperties() & FileKindMask & kind) != 0 && HasExtension(type) &&
            (!acceptedClasses || acceptedClasses->IsEmpty() || acceptedClasses->IsFound(type.GetClass()));
 }
 
@@ -73,6 +80,22 @@ void RegisterPlugin(CXTString<char16_t> const& path, char const* entryName, unsi
     detail::TellPluginOutcome(report);
 }
 
+/// The files to try, all of them before the first is tried: a plug-in may change the folder while it is asked.
+CXArray<CXTString<char16_t>> FindPlugins(CXTString<char16_t> const& path) {
+    CXArray<CXTString<char16_t>> files;
+    bool const isOwnFolder = path.IsEmpty();
+    IoFile finder;
+    finder.FindFileOpen(isOwnFolder ? GetPluginsDirectory() : path, isOwnFolder ? platform::LibraryPattern : u"",
+                        FileNameTypeAuto);
+    CXTString<char16_t> entry;
+    for (bool filterless = false; finder.FindFileNext(entry, filterless, isOwnFolder);) {
+        if (!fileIsSlashTerminated(entry)) { // a folder holds what a plug-in brings along
+            files.Add(entry);
+        }
+    }
+    return files;
+}
+
 } // namespace
 
 int FilterPlugins(unsigned int classId) {
@@ -85,24 +108,10 @@ int FilterPlugins(unsigned int classId) {
 }
 
 void RegisterIOPlugins(unsigned int kind, CXTString<char16_t> const& path) {
-    char const* const entryName = EntryNameOf(kind);
-    if (!entryName) {
-        return;
-    }
-    // The names first: a plug-in may change the folder or the search while it is asked.
-    IoFile finder;
-    CXArray<CXTString<char16_t>> names;
-    bool const isOwnFolder = path.IsEmpty();
-    CXTString<char16_t> const pattern = isOwnFolder ? platform::LibraryPattern : u"";
-    if (finder.FindFileOpen(isOwnFolder ? GetPluginsDirectory() : path, pattern, FileNameTypeAuto)) {
-        CXTString<char16_t> name;
-        for (bool filterless = false; finder.FindFileNext(name, filterless, isOwnFolder);) {
-            names.Add(name);
+    if (char const* const entryName = EntryNameOf(kind)) {
+        for (CXTString<char16_t> const& file : FindPlugins(path)) {
+            RegisterPlugin(file, entryName, kind);
         }
-        finder.FindFileClose();
-    }
-    for (int i = 0; i < names.GetSize(); ++i) {
-        RegisterPlugin(names[i], entryName, kind);
     }
 }
 

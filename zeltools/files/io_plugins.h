@@ -22,8 +22,9 @@ ZEL_API int FilterPlugins(unsigned int classId);
 /// of registration is the order of the parsers of an extension, apart from FilePropertyFirstParser. A plug-in that
 /// registers nothing is released, unloaded and refused from then on; plugin_report.h tells why.
 ///
-/// @param path  A folder of which all files are tried; a search text with a `*`; or, empty, the libraries in
-///              GetPluginsDirectory(). A folder that does not exist has none.
+/// @param path  A folder, ending in a backslash, of which all files are tried; a search text with a `*`; or, empty, the
+///              libraries in GetPluginsDirectory(). Folders inside it are left alone, and one that does not exist has
+///              no plug-ins.
 ZEL_API void RegisterIOPlugins(unsigned int kind, CXTString<char16_t> const& path);
 
 /// Gives up one lock of each plug-in of a kind; one that is locked no further is told so first (IoPluginRelease). Its

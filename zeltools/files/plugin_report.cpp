@@ -18,18 +18,22 @@ void DeleteReports() {
     reports = nullptr;
 }
 
-PluginReport& EntryOf(PluginReport const& report) {
+CXArray<PluginReport>& Reports() {
     if (!reports) {
         reports = new CXArray<PluginReport>;
         AddApplicationExitCallback(&DeleteReports, 0);
     }
-    for (int i = 0; i < reports->GetSize(); ++i) {
-        PluginReport& known = (*reports)[i];
-        if (known.path.CompareNoCase(report.path) == 0 && known.entryName.CompareNoCase(report.entryName) == 0) {
-            return known;
+    return *reports;
+}
+
+/// The report of the same path and entry, or null. Names that differ in case are two files.
+PluginReport* FindKnown(PluginReport const& report) {
+    for (PluginReport& known : Reports()) {
+        if (known.path == report.path && known.entryName == report.entryName) {
+            return &known;
         }
     }
-    return (*reports)[reports->Add(report)];
+    return nullptr;
 }
 
 } // namespace
@@ -54,8 +58,14 @@ CXTString<char16_t> GetPluginOutcomeText(PluginReport const& report) {
 }
 
 void detail::TellPluginOutcome(PluginReport const& report) {
-    EntryOf(report) = report;
-    if (IsLogFileEnabled()) {
+    PluginReport* const known = FindKnown(report);
+    bool const isNews = !known || known->outcome != report.outcome;
+    if (!known) {
+        Reports().Add(report);
+    } else if (isNews || !report.classes.IsEmpty()) { // another lock takes no classes away
+        *known = report;
+    }
+    if (isNews && IsLogFileEnabled()) {
         CXTString<char16_t> const text = GetPluginOutcomeText(report);
         TraceToLog(u"Plug-in %s: %s\n", static_cast<char16_t const*>(report.path), static_cast<char16_t const*>(text));
     }

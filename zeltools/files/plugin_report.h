@@ -23,7 +23,7 @@ enum PluginOutcome : int {
     PluginFolderIsWritable = 6,    ///< Another user may change the folder.
     PluginCannotBeLoaded = 7,      ///< The system's loader refuses it: `details` has its words.
     PluginHasNoVersion = 8,        ///< It does not export "QuenbyGetPluginVersion".
-    PluginIsOfOtherRelease = 9,    ///< `release` is not the library's.
+    PluginIsOfOtherRelease = 9,    ///< `release` is not the library's. Message 5157 is for a host's box about it.
     PluginHasNoEntry = 10,         ///< It does not export the entry asked for.
     PluginRefused = 11,            ///< Its entry answered false.
     PluginHasNoTypes = 12,         ///< Its entry offered no file type at all.
@@ -50,7 +50,7 @@ ZEL_API CXTString<char16_t> GetPluginOutcomeText(PluginReport const& report);
 
 namespace detail {
 
-/// Keeps a report in place of an earlier one of the same path and entry, and writes a line to the log.
+/// Keeps a report in place of an earlier one of the same path and entry. A new outcome is a line in the log.
 void TellPluginOutcome(PluginReport const& report);
 
 } // namespace detail

@@ -35,7 +35,7 @@ __attribute__((visibility("default"))) bool ZOO_ENTRY(IoPluginMode mode, void* a
     }
     auto& types = *static_cast<CXArray<CFileExt>*>(argument);
     if (ZOO_ANSWER == 2) {
-        types.Add(CFileExt(u"Without a name", u"", FourCC("ZOO0"), FilePropertyLoad | FileKindBitmap, FileIdPlugin,
+        types.Add(CFileExt(u"Without a name", u"|", FourCC("ZOO0"), FilePropertyLoad | FileKindBitmap, FileIdPlugin,
                            FileIdUnknown, nullptr));
         types.Add(CFileExt(u"Zoo images", u".zoo|.zo2", FourCC("ZOO1"), FilePropertyLoad | FileKindBitmap, FileIdPlugin,
                            FileIdUnknown, nullptr));
