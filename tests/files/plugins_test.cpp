@@ -126,6 +126,11 @@ TEST_F(Plugins, RefusesWhatIsNoneAndSaysWhy) {
 
 TEST_F(Plugins, RefusesAFolderThatOthersCanWrite) {
     Copy("good", "good.so");
+    std::filesystem::create_directory(folder.Native() + "links");
+    std::filesystem::create_symlink("../good.so", folder.Native() + "links/good.so");
+    chmod((folder.Native() + "links").c_str(), 0777);
+    EXPECT_FALSE(Load(Path("links/good.so")));
+    EXPECT_EQ(ReportOf(Path("links/good.so")).outcome, PluginFolderIsWritable);
     chmod(folder.Native().c_str(), 0777);
     EXPECT_FALSE(Load(Path("good.so")));
     EXPECT_EQ(ReportOf(Path("good.so")).outcome, PluginFolderIsWritable);

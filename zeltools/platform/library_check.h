@@ -18,7 +18,7 @@ enum class LibraryDefect {
     InWritableDirectory ///< The same for the folder in which it stands; where both are so, this is told.
 };
 
-/// Looks at a library file and at its folder, behind any link, without loading anything.
+/// Looks at a library file, without loading anything, and at its folder; where the name is a link, at both folders.
 /// @param path  The toolkit's form (native_path.h).
 LibraryDefect CheckLibraryFile(char16_t const* path);
 

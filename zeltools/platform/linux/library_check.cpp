@@ -71,6 +71,14 @@ bool OthersCanWrite(struct stat const& facts) {
     return foreign || forAll || forGroup;
 }
 
+/// Whether others can put another file, or a link to one, in the place of this name.
+bool IsInWritableFolder(std::string_view name) {
+    std::size_t const slash = name.rfind('/');
+    std::string const folder(slash == name.npos ? "." : name.substr(0, slash + 1));
+    struct stat facts {};
+    return stat(folder.c_str(), &facts) != 0 || OthersCanWrite(facts);
+}
+
 /// Whether `size` bytes from `offset` lie in a file of `fileSize`, whatever the numbers are.
 bool LiesInside(std::uint64_t offset, std::uint64_t size, std::uint64_t fileSize) {
     return offset <= fileSize && size <= fileSize - offset;
@@ -114,17 +122,14 @@ LibraryDefect CheckLibraryFile(char16_t const* path) {
         return DefectOfErrno();
 
     struct stat facts {};
-    struct stat directory {};
-    std::string_view const name = real.get();
-    std::string const parent(name.substr(0, name.rfind('/') + 1));
-    if (!file.GetFacts(facts) || stat(parent.c_str(), &directory) != 0)
+    if (!file.GetFacts(facts))
         return LibraryDefect::Unreadable;
     if (!S_ISREG(facts.st_mode))
         return LibraryDefect::NotALibrary;
     LibraryDefect const content = CheckContent(file, static_cast<std::uint64_t>(facts.st_size));
     if (content != LibraryDefect::None)
         return content;
-    if (OthersCanWrite(directory))
+    if (IsInWritableFolder(native) || IsInWritableFolder(real.get()))
         return LibraryDefect::InWritableDirectory;
     return OthersCanWrite(facts) ? LibraryDefect::WritableByOthers : LibraryDefect::None;
 }
