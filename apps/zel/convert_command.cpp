@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "absolute_name.h"
 #include "commands.h"
 #include "media/bitmap_io.h"
 #include "media/named_options.h"
@@ -108,7 +109,7 @@ public:
 private:
     static std::unique_ptr<CFileIo> Manager(std::string const& nativeName, unsigned int flags) {
         return std::unique_ptr<CFileIo>(
-            CFileIo::CreateFileIoFromPath(CFileNameSpec(fileFromNativeName(nativeName.c_str())), flags));
+            CFileIo::CreateFileIoFromPath(CFileNameSpec(fileFromNativeName(AbsoluteName(nativeName).c_str())), flags));
     }
 
     bool CanDo(CFileIo& from, CFileIo& to) const {

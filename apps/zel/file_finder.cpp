@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "file_finder.h"
 
+#include "absolute_name.h"
 #include "plugins_setup.h"
 #include "terminal.h"
 #include "trace.h"
@@ -10,8 +11,6 @@
 #include <zeltools/files/paths/path_queries.h>
 #include <zeltools/files/paths/path_slashes.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace zel {
@@ -21,23 +20,6 @@ namespace {
 /// The native name of an entry, seen from the folder that was asked for.
 std::string NativeBelow(CXTString<char16_t> const& folder, int rootLength, CXTString<char16_t> const& name) {
     return static_cast<char const*>(fileGetNativeName(folder.Mid(rootLength, -1) + name));
-}
-
-/// A name from the root on, without dots: parsers know nothing of the current folder, and their path functions take a
-/// ".." for a matter of text, which it is not behind a link.
-std::string Absolute(std::string const& nativePath) {
-    namespace fs = std::filesystem;
-    std::error_code error;
-    fs::path path = fs::absolute(nativePath, error);
-    if (error) {
-        return nativePath;
-    }
-    if (std::find(path.begin(), path.end(), "..") != path.end()) {
-        bool const isFolder = path.filename() == "..";
-        fs::path const real = fs::canonical(isFolder ? path : path.parent_path(), error);
-        path = error ? path : isFolder ? real : real / path.filename();
-    }
-    return path.lexically_normal();
 }
 
 /// A line for each folder that is entered. `traced` is the one before.
@@ -56,7 +38,7 @@ FileFinder::FileFinder(ListOptions const& listOptions, RowQueue& rowQueue, std::
 
 void FileFinder::Find(std::string const& nativePath) {
     Trace(TraceAlways, "zel list: %s\n", ShownName(nativePath, true).c_str());
-    CXTString<char16_t> path = fileFromNativeName(Absolute(nativePath).c_str());
+    CXTString<char16_t> path = fileFromNativeName(AbsoluteName(nativePath).c_str());
     if (fileIsDirectory(path, true, nullptr)) {
         fileSlashTerminate(path);
         FindInFolder(path, nativePath);

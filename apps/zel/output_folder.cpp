@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "output_folder.h"
 
+#include "absolute_name.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +17,7 @@ OutputFolder::OutputFolder(fs::path const& wanted) {
     std::error_code none;
     target = fs::canonical(wanted, none);
     if (none) {
-        target = fs::absolute(wanted, none);
+        target = AbsoluteName(wanted);
     }
     std::string pattern = target.parent_path() / ".zel-XXXXXX";
     if (mkdtemp(pattern.data())) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "absolute_name.h"
 #include "commands.h"
 #include "file_facts.h"
 #include "media/bitmap_io.h"
@@ -156,7 +157,7 @@ public:
 
 private:
     int Show(std::string const& file, Json& object) {
-        CXTString<char16_t> const path = fileFromNativeName(file.c_str());
+        CXTString<char16_t> const path = fileFromNativeName(AbsoluteName(file).c_str());
         FileFacts facts;
         facts.name = file;
         facts.sizeBytes = fileGetSize(path);

@@ -211,7 +211,12 @@ TEST_F(ZelMedia, InterruptionMeetsBusyWorkers) {
 TEST_F(ZelMedia, ConvertWritesWholeFilesOrNone) {
     std::string const in = Make("in.tim", "image 3 4");
     std::string const out = folder / "tree/out.tim";
-    EXPECT_EQ(Run({"convert", in, out}).status, 0);
+    std::string const zel = ZEL_PROGRAM;
+    Outcome const relative =
+        RunProgram({"/bin/sh", "-c",
+                    "cd " + Tree() + "/../home && " + zel + " convert ../tree/in.tim ../tree/out.tim && " + zel +
+                        " show ../tree/out.tim"});
+    EXPECT_EQ(relative.status, 0) << relative.errors;
     EXPECT_EQ(ReadWhole(out), "image 3 4\n");
     Outcome const kept = Run({"convert", in, out});
     EXPECT_EQ(kept.status, 1);
