@@ -18,6 +18,10 @@
 // | a.txt                  |               | a                      | .txt      |       |
 // | a/b.txt                | <working folder>\a\ | b                | .txt      |       |
 // | .profile               |               |                        | .profile  |       |
+// | ..\w\b.png             | \w\           | b                      | .png      |       |
+//
+// The last row is no relative name any more: a text is made canonical by itself, and `..` has nothing to leave. A host
+// that takes relative names makes them absolute first (fileMakeAbsolutePath).
 //
 // The directory test is textual: only a text that ends in a backslash is a directory, unless the disk is asked.
 // Splitting never touches the disk, never throws and never fails: what is missing is empty.

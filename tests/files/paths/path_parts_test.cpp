@@ -38,6 +38,7 @@ PartsRow const rows[] = {
     {u"C:foo.txt", 0, u"C:\\foo.txt", u"C:\\", u"C:\\", u"foo", u".txt", u"", File},
     {u"C:.\\a", 0, u"C:\\a", u"C:\\", u"C:\\", u"a", u"", u"", File}, // the repaired colon makes a segment of the dot
     {u"C:\\dir.x\\", 0, u"C:\\dir.x\\", u"C:\\", u"C:\\dir.x\\", u"", u"", u"", Folder},
+    {u"..\\w\\b.png", 0, u"\\w\\b.png", u"\\", u"\\w\\", u"b", u".png", u"", File}, // nothing to leave
     {u"\\home\\.profile", 0, u"\\home\\.profile", u"\\", u"\\home\\", u"", u".profile", u"", File},
     {u"\\\\srv\\share\\a.b", 0, u"\\\\srv\\share\\a.b", u"\\\\srv\\share\\", u"\\\\srv\\share\\", u"a", u".b", u"",
      File},
