@@ -28,9 +28,8 @@ void ShowFailure(CFileIo const& io) {
 void CFileIo::SetIoError(IO_FILE_RESULT code, CIoOptions* options, IoLogInfo::loglevel level) {
     errorText = CXTString<char16_t>();
     ioError = code;
-    if (options) {
-        CXTString<char16_t> const name = GetName();
-        options->AddLogInfo(level, static_cast<unsigned int>(code), name);
+    if (options) { // by the text, since CIoOptions does not know the direction
+        options->AddLogInfo(level, GetIoErrorTxtFromCode(IsLoading(), code, GetName()));
     }
 }
 

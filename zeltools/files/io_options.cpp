@@ -51,14 +51,13 @@ void CIoOptions::DisplayLog(unsigned int, CWnd*) {
     CXTString<char16_t> lines;
     {
         CXSingleLock const hold(&logLock, true);
-        for (IoLogInfo const& line : log) {
-            if (!lines.IsEmpty()) {
-                lines += u'\n';
-            }
-            lines += line.text;
-        }
         if (log.IsEmpty()) {
             return;
+        }
+        lines = log[0].text;
+        for (int i = 1; i < log.GetSize(); ++i) {
+            lines += u'\n';
+            lines += log[i].text;
         }
     }
     // Without the lock: a box stays open for as long as the user likes, and the workers may go on logging.

@@ -53,7 +53,7 @@ public:
     /// Errors: CXInvalidArgException for a negative level.
     /// Threads: any.
     void AddLogInfo(IoLogInfo::loglevel level, CXTString<char16_t> const& text);
-    /// The same with the text of a result code (io_result.h).
+    /// The same with the text of a result code (io_result.h); success is that of a load.
     ///
     /// @param code  The code's bits: -1 is 0xFFFFFFFF.
     void AddLogInfo(IoLogInfo::loglevel level, unsigned int code, char16_t const* fileName);
