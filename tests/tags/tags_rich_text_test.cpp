@@ -74,34 +74,13 @@ TEST_F(TagsRichText, OneEmptyTagTakesABlockOut) {
         {"OuterEmptyIsForgotten", u"<tagifexist><e><tagifexist><x></tagifexist></tagifexist>.", u"b."},
         // Behind a closer that opens nothing, the character that follows it is passed over.
         {"StrayCloser", u"</tagifexist><x><x>", u"</tagifexist><x>b"},
+        // Behind a block that stays, the scan goes on at its line number: at 0, and at 3, inside the stray closer.
+        {"BackToLine0", u"</tagifexist><x><tagifexist>a</tagifexist>.", u"</tagifexist><x>a."},
+        {"BackToLine3", u"</tagifexist><x>\r\r\r<tagifexist>a</tagifexist>.", u"</tagifexist>b\r\r\ra."},
     };
     for (Row const& row : rows) {
         Check(row);
     }
-}
-
-TEST_F(TagsRichText, BehindAKeptBlockTheScanGoesBackToTheLineNumber) {
-    control.SetWindowText(u"abc\r\r\r\rdef<tagifexist><x></tagifexist><x>");
-    auto const overwrite = [&](int first, char16_t const* text) {
-        control.SetSel(first, first + 3);
-        control.ReplaceSel(text, false);
-    };
-    tags.StartRTFScan();
-    CTagInfo info;
-    CXTString<char16_t> text(u"new");
-    ASSERT_EQ(tags.RTFScan(control, info), 1);
-    EXPECT_EQ(info.GetTagName(), u"<x>");
-    tags.SetRTFTag(control, text);
-    overwrite(0, u"<x>"); // in front of position 4, as the block is in line 4
-    overwrite(7, u"<x>"); // behind it, though the scan has been there
-    text = u"bc";
-    ASSERT_EQ(tags.RTFScan(control, info), 1);
-    tags.SetRTFTag(control, text);
-    ASSERT_EQ(tags.RTFScan(control, info), 1);
-    tags.SetRTFTag(control, text);
-    EXPECT_EQ(tags.RTFScan(control, info), 0);
-    EXPECT_EQ(info.GetTagName(), u"");
-    EXPECT_EQ(Text(), u"<x>\r\r\r\rbcnewbc");
 }
 
 TEST_F(TagsRichText, AgreesWithItsPlainSteps) {
