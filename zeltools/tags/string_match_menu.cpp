@@ -9,14 +9,21 @@
 namespace {
 
 struct Operator {
-    unsigned int labelId; // 0 for a separator
+    unsigned int id; // 0 for a separator
+    unsigned int labelId;
     char16_t const* inserted;
     int caret; // where the caret comes, from the selection's start on; 0: behind what was inserted
 };
 
 constexpr Operator operators[] = {
-    {5318, u" & ", 0}, {5321, u" ^ ", 0},    {5317, u" ! ", 0}, {5322, u" () ", 2},
-    {0, nullptr, 0},   {5320, u" \"\" ", 2}, {5323, u"*", 0},   {5319, u"?", 0},
+    {CustomMenuFirstId + 0, 5318, u" & ", 0},
+    {CustomMenuFirstId + 1, 5321, u" ^ ", 0},
+    {CustomMenuFirstId + 2, 5317, u" ! ", 0},
+    {CustomMenuFirstId + 3, 5322, u" () ", 2},
+    {0, 0, nullptr, 0},
+    {CustomMenuFirstId + 4, 5320, u" \"\" ", 2},
+    {CustomMenuFirstId + 5, 5323, u"*", 0},
+    {CustomMenuFirstId + 6, 5319, u"?", 0},
 };
 
 void InsertOperator(CEdit& edit, Operator const& chosen) {
@@ -36,18 +43,16 @@ bool DisplayStringMatchMenu(CEdit* edit) {
         return false;
     }
     CCustomMenu menu;
-    unsigned int nextId = CustomMenuFirstId;
     for (Operator const& row : operators) {
-        if (row.labelId == 0) {
+        if (row.id == 0) {
             menu.InsertSeparator(-1);
         } else {
-            menu.InsertItem(-1, nextId++, xLoadString(row.labelId));
+            menu.InsertItem(-1, row.id, xLoadString(row.labelId));
         }
     }
     unsigned int const chosen = GetDesktop().TrackPopupMenu(menu, edit->GetWindowRect().TopLeft(), edit);
-    nextId = CustomMenuFirstId;
     for (Operator const& row : operators) {
-        if (row.labelId != 0 && nextId++ == chosen) {
+        if (row.id != 0 && row.id == chosen) {
             InsertOperator(*edit, row);
         }
     }
