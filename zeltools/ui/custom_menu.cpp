@@ -15,28 +15,10 @@ CustomMenuItem const& CCustomMenu::GetItem(int position) const {
     return items[static_cast<std::size_t>(position)];
 }
 
-CCustomMenu* CCustomMenu::GetSubMenu(int position) const {
-    return position >= 0 && position < GetItemCount() ? items[static_cast<std::size_t>(position)].subMenu.get()
-                                                      : nullptr;
-}
-
 CCustomMenu* CCustomMenu::FindSubMenu(CXTString<char16_t> const& label) const {
     for (CustomMenuItem const& item : items) {
         if (item.subMenu && item.label == label) {
             return item.subMenu.get();
-        }
-    }
-    return nullptr;
-}
-
-CustomMenuItem const* CCustomMenu::FindItem(unsigned int id) const {
-    for (CustomMenuItem const& item : items) {
-        if (item.subMenu) {
-            if (CustomMenuItem const* const found = item.subMenu->FindItem(id)) {
-                return found;
-            }
-        } else if (!item.separator && item.id == id) {
-            return &item;
         }
     }
     return nullptr;

@@ -45,14 +45,8 @@ public:
     /// Errors: CXInvalidArgException outside 0 to GetItemCount() - 1.
     CustomMenuItem const& GetItem(int position) const;
 
-    /// The submenu that a line opens; null for another line and outside the menu.
-    CCustomMenu* GetSubMenu(int position) const;
-
     /// The first submenu with exactly this label; null when there is none. It does not look into submenus.
     CCustomMenu* FindSubMenu(CXTString<char16_t> const& label) const;
-
-    /// The item with this id, here or in a submenu; null when there is none.
-    CustomMenuItem const* FindItem(unsigned int id) const;
 
     /// Where a line with this label belongs in a menu that is kept in alphabetical order without regard to case:
     /// behind all that do not come after it. Separators are passed over.
