@@ -3,6 +3,7 @@
 
 #include "zeltools/foundation/hash_table.h"
 
+#include "tests/support/printers.h"
 #include "zeltools/foundation/hash_map.h"
 #include "zeltools/foundation/int_map.h"
 #include "zeltools/foundation/xexception.h"

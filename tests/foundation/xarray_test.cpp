@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/foundation/xarray.h"
 
+#include "tests/support/printers.h"
 #include "zeltools/foundation/xexception.h"
 #include "zeltools/foundation/xstring.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/tags/string_match_menu.h"
 
+#include "tests/support/printers.h"
 #include "tests/support/scripted_desktop.h"
 #include "zeltools/ui/memory_edit.h"
 

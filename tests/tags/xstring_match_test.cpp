@@ -3,6 +3,7 @@
 
 #include "tests/support/format_page.h"
 #include "tests/support/plain_string_match.h"
+#include "tests/support/printers.h"
 #include "zeltools/foundation/log_file.h"
 
 #include <algorithm>
