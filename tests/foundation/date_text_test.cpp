@@ -29,7 +29,6 @@ TEST(GetFileDateString, WritesEachFormInTheThreadsLanguage) {
         EXPECT_EQ(GetFileDateString(time, row.date, row.hour, row.text), row.french);
     }
     EXPECT_EQ(GetFileDateString(CXTime(1LL << 62), true, true, false), u"");
-    SetThreadLanguage(0);
 }
 
 // Every form comes back, for years of all lengths and for the second before 1970.
@@ -46,7 +45,6 @@ TEST(ConvertText2Time, ReadsWhatIsWritten) {
             }
         }
     }
-    SetThreadLanguage(0);
 }
 
 TEST(ConvertText2Time, ReadsDatesAndNothingElse) {

@@ -2,7 +2,6 @@
 #include "zeltools/foundation/size_text.h"
 
 #include "tests/support/printers.h"
-#include "zeltools/foundation/format_string.h"
 #include "zeltools/foundation/thread_language.h"
 
 #include <gtest/gtest.h>
@@ -32,16 +31,6 @@ TEST(GetFileSizeString, TakesTheLargestUnitThatIsFilled) {
         SetThreadLanguage(1036);
         EXPECT_EQ(GetFileSizeString(row.size), row.french);
     }
-    SetThreadLanguage(0);
-}
-
-TEST(FormatString, TakesTextsAndRows) {
-    EXPECT_EQ(FormatString(u"%s (%d)", u"oak", 2), u"oak (2)");
-    EXPECT_EQ(FormatString(nullptr), u"");
-    EXPECT_EQ(FormatString(4u), u""); // no such row
-    SetThreadLanguage(1033);
-    EXPECT_EQ(FormatString(5313u, 1, 2, 3), u"1 2 3 (RGB)");
-    SetThreadLanguage(0);
 }
 
 } // namespace

@@ -13,10 +13,8 @@ namespace {
 
 TEST(TagValue, InitTypeTakesTypesThatHaveAnObject) {
     std::pair<unsigned int, unsigned int> const rows[] = {
-        {TAGDATA_TEXT, TAGDATA_TEXT},
         {TAGDATA_INTS, TAGDATA_INTS},
         {TAGDATA_DATE | TAGFLAG_READONLY, TAGDATA_DATE},
-        {TAGDATA_CUSTOMINFO, TAGDATA_CUSTOMINFO},
         {0x701, 0x701},
         {TAGDATA_UINT, 0}, // its setter is to be called
         {TAGDATA_LENGTH, 0},
@@ -35,27 +33,23 @@ TEST(TagValue, ObjectsSurviveAChangeOfTypeAndAreReusedEmpty) {
     CTagValue value;
     value.SetText(u"Wood");
     CXTString<char16_t>* const text = &value.GetText();
-    value.SetUInt(3);
+    value.SetDate(CXTime(86400));
     EXPECT_EQ(value.GetText(), u"Wood");
     value.InitType(TAGDATA_FILENAME);
     EXPECT_EQ(&value.GetText(), text);
     EXPECT_TRUE(text->IsEmpty());
 
-    value.SetDate(CXTime(86400));
-    value.AddFloat(1);
     value.SetText(u"again");
     value.Init();
     EXPECT_TRUE(value.IsEmpty());
     EXPECT_TRUE(value.GetText().IsEmpty());
-    EXPECT_EQ(value.GetDate().GetTime(), 86400); // the one object that is left alone
     value.InitType(TAGDATA_DATE);
-    EXPECT_EQ(value.GetDate().GetTime(), 86400);
+    EXPECT_EQ(value.GetDate().GetTime(), 86400); // the one object that is left alone
 }
 
 TEST(TagValue, AddingBeginsANewValueWhereTheTypeIsAnother) {
     CTagValue value;
     value.AddText(u"a");
-    value.AddText(u"b");
     EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
     value.SetFilename(u" c");
     value.AddText(u"d ");
@@ -85,8 +79,7 @@ TEST(TagValue, TakesItsOwnContent) {
     EXPECT_EQ(value.GetUIntArray(false).GetSize(), 1);
     value.SetCustomInfo("abc", 3);
     unsigned int size = 0;
-    void const* const bytes = value.GetCustomPtr(size);
-    value.SetCustomInfo(static_cast<char const*>(bytes) + 1, 2);
+    value.SetCustomInfo(static_cast<char const*>(value.GetCustomPtr(size)) + 1, 2);
     EXPECT_EQ(std::string(static_cast<char const*>(value.GetCustomPtr(size)), 2), "bc");
 }
 
@@ -101,11 +94,10 @@ TEST(TagValue, FloatArrayGoesByTheUnsignedOne) {
 
     CTagValue other;
     other.AddUInt(1);
-    CTagValue::FloatArray& nobodys = other.GetFloatArray(false);
-    nobodys.Add(3);
-    EXPECT_EQ(other.GetFloatArray(false).GetSize(), 0);
     CTagValue::FloatArray three;
     three.Add(3);
+    other.GetFloatArray(false).Add(3); // nobody's
+    EXPECT_EQ(other.GetFloatArray(false).GetSize(), 0);
     other.SetFloatArray(three);
     EXPECT_EQ(other.GetFloatArray(false).GetSize(), 1);
 }
@@ -116,7 +108,6 @@ TEST(TagValue, CopyIsAViewOfTheSameObjects) {
     alignas(CTagValue) std::byte room[sizeof(CTagValue)];
     CTagValue& view = *new (room) CTagValue(value); // never destroyed, since the source is
     EXPECT_EQ(&view.GetText(), &value.GetText());
-    EXPECT_EQ(view.GetDataType(), TAGDATA_TEXT);
     view.SetUInt(1);
     EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
 }
