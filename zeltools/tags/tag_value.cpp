@@ -1,14 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "zeltools/tags/tag_value.h"
 
-#include <cassert>
-#include <functional>
-
 namespace {
-
-constexpr unsigned int textBit = TAGDATA_TEXT;
-constexpr unsigned int unsignedsBit = TAGDATA_UINTS;
-constexpr unsigned int floatsBit = TAGDATA_FLOATS;
 
 /// The object that a pointer owns, made where there is none.
 template <class T>
@@ -81,7 +74,7 @@ void CTagValue::SetFilename(CXTString<char16_t> const& value) {
 }
 
 void CTagValue::AddText(CXTString<char16_t> const& value) {
-    if (type & textBit)
+    if (type & TAGDATA_TEXT)
         GetText() += value;
     else
         SetText(value);
@@ -92,7 +85,7 @@ CXTString<char16_t>& CTagValue::GetText() {
 }
 
 void CTagValue::TrimText() {
-    if (type & textBit && text)
+    if (type & TAGDATA_TEXT && text)
         text->Trim();
 }
 
@@ -160,19 +153,19 @@ CTagValue::FloatArray& CTagValue::GetFloatArray(bool empty) {
 }
 
 void CTagValue::AddUInt(unsigned int value) {
-    if (!(type & unsignedsBit))
+    if (!(type & TAGDATA_UINTS))
         InitType(TAGDATA_UINTS);
     UInts().Add(value);
 }
 
 void CTagValue::AddInt(int value) {
-    if (!(type & unsignedsBit))
+    if (!(type & TAGDATA_UINTS))
         InitType(TAGDATA_INTS);
     UInts().Add(static_cast<unsigned int>(value));
 }
 
 void CTagValue::AddFloat(float value) {
-    if (!(type & floatsBit))
+    if (!(type & TAGDATA_FLOATS))
         InitType(TAGDATA_FLOATS);
     Floats().Add(value);
 }

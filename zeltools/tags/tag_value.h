@@ -52,7 +52,7 @@ protected:
     /// |----------|----------------------------------------------------|-----------------------------------------|
     /// | date     | any                                                | text, by the letters d, h, t in it      |
     /// | filename | ext, name, path, shortname, topdir, root, fullpath | that part, a filename again             |
-    /// | filename | size                                               | file size; nothing where it is no file  |
+    /// | filename | size                                               | file size; nothing where it is missing  |
     /// | filename | createdate, lastwritedate                          | date; nothing where the disk gives none |
     /// | filename | kind                                               | text                                    |
     ///
@@ -178,7 +178,7 @@ public:
     int GetValueFromVoid(void const* source, _TAGDATA_INFO sourceType);
 
     /// Reads the value of that id as that type. Numbers, dates and arrays of numbers must have been stored as such; a
-    /// value of another kind is an empty text, or none.
+    /// value of another kind is an empty text, or none. A date before 1900 becomes 1 January 1970.
     /// @return whether there is a value now.
     int GetValueFromData(CCustomData const& data, unsigned int id, _TAGDATA_INFO storedType);
 
