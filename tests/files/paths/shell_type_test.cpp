@@ -21,14 +21,18 @@ TEST(ShellGetType, FallsBackToTheExtension) {
     EXPECT_EQ(ShellGetType(u""), u"File");
 }
 
-// Each test has a process of its own, so the first question of it finds this environment.
-TEST(ShellGetType, AnswersWithoutADesktop) {
-    SetThreadLanguage(1033);
-    setenv("XDG_DATA_DIRS", "/no/such", 1);
-    setenv("XDG_DATA_HOME", "/no/such", 1);
-    EXPECT_EQ(ShellGetType(u"\\no\\such\\a.Jpg"), u"JPG");
-    EXPECT_EQ(ShellGetType(u"a.obj"), u"OBJ");
-    EXPECT_EQ(ShellGetType(u"\\"), u"Folder");
+// The folders of types are settled at the first question of a process, so a new one asks.
+TEST(ShellGetTypeDeathTest, AnswersWithoutADesktop) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const ask = [] {
+        SetThreadLanguage(1033);
+        setenv("XDG_DATA_DIRS", "/no/such", 1);
+        setenv("XDG_DATA_HOME", "/no/such", 1);
+        bool const isRight = ShellGetType(u"a.Jpg") == u"JPG" && ShellGetType(u"a.obj") == u"OBJ" &&
+                             ShellGetType(u"\\") == u"Folder" && ShellGetType(u"\\tmp") == u"Folder";
+        std::_Exit(isRight ? 0 : 1);
+    };
+    EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "");
 }
 
 TEST(ShellGetType, AsksTheDesktop) {
