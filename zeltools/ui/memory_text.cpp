@@ -31,19 +31,20 @@ int MemoryText::FirstOfLine(int line) const {
     if (line == 0) {
         return 0;
     }
-    LineMark mark;
-    for (LineMark const known : {cells.GetGapMark(), cells.GetEndMark()}) {
-        if (std::abs(known.breaks - line) < std::abs(mark.breaks - line)) {
-            mark = known;
+    // The break in front of the line lies between these two, which walk towards each other.
+    LineMark const gap = cells.GetGapMark();
+    LineMark low = gap.breaks < line ? gap : LineMark();
+    LineMark high = gap.breaks < line ? cells.GetEndMark() : gap;
+    for (;;) {
+        low.breaks += At(low.place++) == u'\r';
+        if (low.breaks == line) {
+            return low.place;
+        }
+        high.breaks -= At(--high.place) == u'\r';
+        if (high.breaks < line) {
+            return high.place + 1;
         }
     }
-    for (; mark.breaks >= line; --mark.place) { // to the front of the break that ends the line before
-        mark.breaks -= At(mark.place - 1) == u'\r';
-    }
-    for (; mark.breaks < line; ++mark.place) { // over it
-        mark.breaks += At(mark.place) == u'\r';
-    }
-    return mark.place;
 }
 
 CXTString<char16_t> MemoryText::GetRange(int first, int last) const {
