@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Any text as a template, expanded beside the plain steps wherever these come to an end, and scanned; any text as a tag
-// with a chain of parameters, taken apart stage by stage in both ways.
+// Any text as a template, expanded beside the plain steps wherever these come to an end, in a string and in a control
+// of rich text, and scanned; any text as a tag with a chain of parameters, taken apart stage by stage in both ways.
 #include "tests/support/literal_expansion.h"
+#include "tests/support/literal_rich_text.h"
 #include "zeltools/tags/tag_parameters_private.h"
 #include "zeltools/tags/tag_value.h"
 #include "zeltools/tags/tags.h"
+#include "zeltools/ui/memory_rich_edit_ctrl.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -76,7 +78,7 @@ private:
         {u"<half>", u"<x"},
         {u"<closer>", u"z</tagifexist>"},
         {u"<opener>", u"<tagifexist>"},
-        {u"<nested>", u"[<x><odd>]"},
+        {u"<nested>", u"[<x>\r<odd>]"},
         {u"<self>", u"<self>"},
         {u"<odd>", u">x<"},
         {u"<file>", u"f"},
@@ -99,6 +101,15 @@ void Expand(FuzzTags& tags, Text const& source) {
     // So few rounds that no limit is met in them.
     if (support::ExpandLiterally(tags, CTags::CTagContext(), stepwise, 40))
         Require(View(expanded) == View(stepwise));
+}
+
+void ExpandInControl(FuzzTags& tags, Text const& source) {
+    MemoryRichEditCtrl control;
+    control.SetWindowText(source);
+    std::u16string stepwise(View(control.GetTextRange(0, -1)));
+    tags.UpdateRTFTags(CTags::CTagContext(), control);
+    if (support::ExpandRichTextLiterally(tags, CTags::CTagContext(), stepwise, 40))
+        Require(View(control.GetTextRange(0, -1)) == stepwise);
 }
 
 /// What a scan gives is the template again, once each tag stands where it was found.
@@ -161,6 +172,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
             characters += words[data[i]];
     Text const source(characters.data(), static_cast<int>(characters.size()));
     Expand(tags, source);
+    ExpandInControl(tags, source);
     Scan(tags, source);
     TakeApart(tags, source);
     return 0;
