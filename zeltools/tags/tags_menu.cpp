@@ -202,8 +202,8 @@ CCustomMenu& detail::MenuOfClassLabel(CCustomMenu& root, CXTString<char16_t> con
         CCustomMenu* subMenu = menu->FindSubMenu(piece);
         if (!subMenu) {
             subMenu = &menu->InsertSubMenu(menu->GetSortPosition(piece), piece);
-            TellSubMenuCreated(subMenu);
             created = true;
+            TellSubMenuCreated(subMenu);
         }
         menu = subMenu;
     }
