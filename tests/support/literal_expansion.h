@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "zeltools/foundation/characters.h"
 #include "zeltools/tags/tag_value.h"
 #include "zeltools/tags/tags.h"
 
@@ -28,25 +29,23 @@ inline bool ExpandLiterally(CTags& tags, CTags::CTagContext const& context, CXTS
     };
     for (; rounds > 0; --rounds) {
         int start = position;
-        Text tag = text.Tokenize(u"<>", position);
-        if (tag.IsEmpty())
+        Text candidate = text.Tokenize(u"<>", position);
+        if (candidate.IsEmpty())
             return true;
         if (text[start] != u'<') {
             if (start >= 1 && text[start - 1] != u'<')
                 continue;
             --start;
         }
-        tag.Insert(0, u'<');
-        tag += u'>';
-        Text parameters;
-        // Lowers the marker, too: none of the two has a bracket.
-        tags.ExtractParam(tag, parameters);
-        bool const plain = parameters.IsEmpty();
-        if (plain && tag == u"<tagifexist>") {
+        for (int i = 0; i < candidate.GetLength(); ++i)
+            candidate.SetAt(i, detail::LowerAscii(candidate[i]));
+        candidate.Insert(0, u'<');
+        candidate += u'>';
+        if (candidate == u"<tagifexist>") {
             blocks.push_back({start, false});
             continue;
         }
-        if (plain && !blocks.empty() && (tag == u"</tagifexist>" || tag == u"<tagendifexist>")) {
+        if (!blocks.empty() && (candidate == u"</tagifexist>" || candidate == u"<tagendifexist>")) {
             Block const block = blocks.back();
             if (block.keep)
                 for (Block& each : blocks)
@@ -59,16 +58,14 @@ inline bool ExpandLiterally(CTags& tags, CTags::CTagContext const& context, CXTS
             continue;
         }
         CTagInfo info;
-        if (!parameters.IsEmpty())
-            tag = tag.Left(tag.GetLength() - 1) + parameters + u'>';
-        if (!tags.GetTagInfo(tag, info) || !tags.EvaluateTag(context, info, value))
+        if (!tags.GetTagInfo(candidate, info) || !tags.EvaluateTag(context, info, value))
             continue;
         if (!blocks.empty() && !value.GetText().IsEmpty())
             blocks.back().keep = true;
         cut(start);
         text.Insert(start, value.GetText());
         position = start;
-        if (position == -1)
+        if (start == -1)
             return true;
     }
     return false;
