@@ -372,7 +372,8 @@ TEST_F(Tags, SixteenThreadsReadOneRegistry) {
         }
     } shared;
     shared.InitTags();
-    shared.InsertTag(u"<file>", TAGDATA_FILENAME, Picture, 1, "", CTagInfo::NoClassName, &GiveFileName, &fileName);
+    for (char16_t const* name : {u"<file>", u"<name>"})
+        shared.InsertTag(name, TAGDATA_FILENAME, Picture, 1, "", CTagInfo::NoClassName, &GiveFileName, &fileName);
     constexpr int count = 16;
     std::barrier start(count);
     std::vector<std::thread> threads;
@@ -381,9 +382,9 @@ TEST_F(Tags, SixteenThreadsReadOneRegistry) {
             std::u16string source, scanned, expanded;
             for (int i = 0; i < 200; ++i) {
                 std::u16string const front(static_cast<std::size_t>(n) + 1, u'.');
-                source += front + u"<file(ext)><x>";
-                scanned += front + u"[<file>(ext)]<x>";
-                expanded += front + u".jpg<x>";
+                source += front + u"<file(ext)><name><x>";
+                scanned += front + u"[<file>(ext)][<name>]<x>";
+                expanded += front + u".jpgC:\\tmp\\example.jpg<x>";
             }
             start.arrive_and_wait();
             for (int pass = 0; pass < 5; ++pass) {

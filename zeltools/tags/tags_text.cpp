@@ -18,7 +18,6 @@
 #include "zeltools/tags/tags.h"
 
 #include <climits>
-#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -124,15 +123,6 @@ constexpr char const* TooManyNested = "tags in values";
 constexpr char const* TooLong = "the length";
 constexpr char const* TooDeep = "templates in each other's evaluation";
 
-/// What a thread keeps from one call to the next.
-struct ThreadState {
-    std::unique_ptr<detail::TagLookupCache> cache; ///< made for the first template
-    ~ThreadState() { isGone = true; }
-
-    static thread_local bool isGone; ///< a destructor that runs even later may still expand a template
-};
-thread_local bool ThreadState::isGone = false;
-
 /// Counts the calls of the calling thread that are inside each other.
 class CallDepth {
 public:
@@ -142,29 +132,21 @@ public:
     CallDepth& operator=(CallDepth const&) = delete;
     unsigned int Get() const { return calls; }
 
-    /// The thread's cache for the outermost call; null for those in it, since its tags are in use.
-    detail::TagLookupCache* GetCache() const {
-        static thread_local ThreadState state;
-        if (calls != 1 || ThreadState::isGone)
-            return nullptr;
-        if (!state.cache)
-            state.cache = std::make_unique<detail::TagLookupCache>();
-        return state.cache.get();
-    }
-
 private:
     static thread_local unsigned int calls;
 };
 thread_local unsigned int CallDepth::calls = 0;
+
+/// Of zeros and of nothing that is destroyed, so it may be used as long as its thread runs.
+constinit thread_local detail::TagLookupCache lookupCache;
 
 } // namespace
 
 /// The work of one call of ProcessText.
 class CTags::TextExpansion {
 public:
-    TextExpansion(CTags& owner, CTagContext const& about, CXTString<char16_t> const& text,
-                  detail::TagLookupCache* threadCache)
-        : tags(owner), context(about), cache(threadCache), limits(owner.textLimits),
+    TextExpansion(CTags& owner, CTagContext const& about, CXTString<char16_t> const& text)
+        : tags(owner), context(about), cache(lookupCache), limits(owner.textLimits),
           buffer(text, static_cast<std::size_t>(text.GetLength())), originalLength(buffer.Length()) {}
 
     /// Expands to the end, or until a limit is met.
@@ -192,7 +174,7 @@ private:
 
     void ReadToken();
     void ReadTag(Token const& token, char16_t const* text, std::size_t length);
-    void Evaluate(Token const& token, CTagInfo const& tag);
+    void Evaluate(Token const& token);
     void CloseBlock(Token const& token);
     void ReplaceTag(Token const& token, unsigned int generation);
     void SetCandidate(char16_t const* text, std::size_t length);
@@ -223,7 +205,7 @@ private:
 
     CTags& tags;
     CTagContext const& context;
-    detail::TagLookupCache* const cache; ///< may be null
+    detail::TagLookupCache& cache; ///< the thread's
     TagTextLimits const limits;
     detail::TagTextBuffer buffer;
     std::size_t const originalLength;
@@ -232,7 +214,7 @@ private:
     CXTString<char16_t> candidate;
     bool hasChain = false; ///< whether the candidate has parameters
     CXTString<char16_t> parameters;
-    CTagInfo info;
+    CTagInfo info;   ///< the tag that is evaluated; a copy, since a host may insert tags meanwhile
     CTagValue value; ///< one for all tags; the next one finds it as the last one left it
     bool more = true;
     char const* exceeded = nullptr;
@@ -262,9 +244,10 @@ void CTags::TextExpansion::ReadToken() {
             return Keep(token);
         --token.start;
     }
-    if (cache)
-        if (CTagInfo const* const known = cache->Find(tags.state, rest + first, last - first))
-            return Evaluate(token, *known);
+    if (CTagInfo const* const known = cache.Find(tags.state, rest + first, last - first)) {
+        info = *known;
+        return Evaluate(token);
+    }
     ReadTag(token, rest + first, last - first);
 }
 
@@ -297,16 +280,15 @@ void CTags::TextExpansion::ReadTag(Token const& token, char16_t const* text, std
     CTagInfo const* const found = hasChain ? tags.FindTag(candidate, parameters) : tags.tagsByName.Find(candidate);
     if (!found)
         return Keep(token);
-    // A copy, since a host may insert tags while it evaluates one.
     info = *found;
     if (hasChain)
         info.parameters = parameters;
-    else if (cache && !isCloser)
-        cache->Enter(tags.state, text, length, info);
-    Evaluate(token, info);
+    else if (!isCloser)
+        cache.Enter(tags.state, text, length, found);
+    Evaluate(token);
 }
 
-void CTags::TextExpansion::Evaluate(Token const& token, CTagInfo const& tag) {
+void CTags::TextExpansion::Evaluate(Token const& token) {
     unsigned int const generation = values.GenerationAt(token.distance);
     if (generation > limits.chain)
         exceeded = OwnTag;
@@ -315,7 +297,7 @@ void CTags::TextExpansion::Evaluate(Token const& token, CTagInfo const& tag) {
     if (exceeded)
         return;
     ++events;
-    if (tags.EvaluateTag(context, tag, value))
+    if (tags.EvaluateTag(context, info, value))
         ReplaceTag(token, generation);
     else
         Keep(token);
@@ -399,7 +381,7 @@ void CTags::ProcessText(CTagContext const& context, CXTString<char16_t>& text) {
     CallDepth const depth;
     char const* exceeded = TooDeep;
     if (depth.Get() <= textLimits.depth) {
-        TextExpansion expansion(*this, context, text, depth.GetCache());
+        TextExpansion expansion(*this, context, text);
         exceeded = expansion.Run();
         expansion.GetText(text);
     }
