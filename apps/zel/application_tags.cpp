@@ -123,7 +123,7 @@ ApplicationTag const Rows[] = {
              v.HandleParametersAndConvertToType(TAGDATA_NONE, u"(size)");
          }
      }},
-    {"bytes", TAGDATA_TEXT, FileGroup, "Size in bytes", "1468006", None,
+    {"bytes", TAGDATA_TEXT, FileGroup, "Size in bytes", "1468007", None,
      [](Context const& c, Value& v) { Put(v, fmt::to_string(c.facts->sizeBytes)); }},
     {"written", TAGDATA_DATE, FileGroup, "Date and time of the last change", "02/09/2003 22:05", None,
      [](Context const& c, Value& v) { v.SetDate(c.facts->lastWrite); }},
