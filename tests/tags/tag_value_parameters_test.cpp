@@ -15,6 +15,11 @@ namespace {
 /// The registry fills the table of parameters.
 class TagValueParameters : public testing::Test {
 protected:
+    CXTString<char16_t> Apply(char16_t const* parameters) {
+        bool const isDone = value.HandleParametersAndConvertToType(TAGDATA_TEXT, parameters);
+        return isDone ? value.GetText() : CXTString<char16_t>(value.IsEmpty() ? u"<none>" : u"<refused>");
+    }
+
     TableTags tags;
     CTagValue value;
 };
@@ -34,16 +39,12 @@ TEST_F(TagValueParameters, FileName) {
     };
     for (auto const& [parameters, text] : rows) {
         value.SetFilename(u"C:\\tmp\\in\\a.b.jpg");
-        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, parameters), 1);
-        EXPECT_EQ(value.GetText(), text) << testing::PrintToString(CXTString<char16_t>(parameters));
+        EXPECT_EQ(Apply(parameters), text) << testing::PrintToString(CXTString<char16_t>(parameters));
     }
     value.SetFilename(u"C:/tmp/in/a.b.jpg");
-    EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, u"(topdir)"), 1);
-    EXPECT_EQ(value.GetText(), u"in"); // with slashes of either kind
+    EXPECT_EQ(Apply(u"(topdir)"), u"in"); // with slashes of either kind
     value.SetFilename(u"a.nosuch");
-    EXPECT_EQ(value.HandleParametersAndConvertToType(0, u"(kind)"), 1);
-    EXPECT_EQ(value.GetText(), u"NOSUCH");
-    EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
+    EXPECT_EQ(Apply(u"(kind(ext))"), u"NOSUCH"); // a text by then, and no name
 }
 
 TEST_F(TagValueParameters, FileOnDisk) {
@@ -55,19 +56,16 @@ TEST_F(TagValueParameters, FileOnDisk) {
     ASSERT_TRUE(fileSetLastWriteDate(path, CXTime(2003, 9, 2, 22, 5, 0, -1)));
 
     value.SetFilename(path);
-    EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, u"(size)"), 1);
-    EXPECT_EQ(value.GetText(), u"1.50 KB");
+    EXPECT_EQ(Apply(u"(size)"), u"1.50 KB");
     value.SetFilename(path);
-    EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, u"(lastwritedate(d+h))"), 1);
-    EXPECT_EQ(value.GetText(), u"02/09/2003 22:05");
+    EXPECT_EQ(Apply(u"(lastwritedate(d+h))"), u"02/09/2003 22:05");
     value.SetFilename(path);
     EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_DATE, u"(createdate)"), 1);
     EXPECT_GT(value.GetDate().GetYear(), 2003); // when the test ran, which nothing can change
 
     for (char16_t const* const parameters : {u"(size)", u"(createdate)", u"(lastwritedate(d))"}) {
         value.SetFilename(path + u".missing");
-        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, parameters), 0);
-        EXPECT_TRUE(value.IsEmpty());
+        EXPECT_EQ(Apply(parameters), u"<none>");
     }
 }
 
@@ -84,8 +82,7 @@ TEST_F(TagValueParameters, Date) {
     };
     for (auto const& [parameters, text] : rows) {
         value.SetDate(CXTime(2003, 9, 2, 22, 5, 0, -1));
-        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_TEXT, parameters), 1);
-        EXPECT_EQ(value.GetText(), text);
+        EXPECT_EQ(Apply(parameters), text);
     }
 }
 

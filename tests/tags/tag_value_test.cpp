@@ -49,12 +49,13 @@ TEST(TagValue, ObjectsSurviveAChangeOfTypeAndAreReusedEmpty) {
 
 TEST(TagValue, AddingBeginsANewValueWhereTheTypeIsAnother) {
     CTagValue value;
-    value.AddText(u"a");
+    value.AddFloat(1);
+    value.AddText(u" c");
     EXPECT_EQ(value.GetDataType(), TAGDATA_TEXT);
-    value.SetFilename(u" c");
+    value.SetFilename(value.GetText());
     value.AddText(u"d ");
-    EXPECT_EQ(value.GetDataType(), TAGDATA_FILENAME);
     value.TrimText();
+    EXPECT_EQ(value.GetDataType(), TAGDATA_FILENAME);
     EXPECT_EQ(value.GetFilename(), u"cd");
 
     value.AddInt(-1);
@@ -71,7 +72,6 @@ TEST(TagValue, AddingBeginsANewValueWhereTheTypeIsAnother) {
 TEST(TagValue, TakesItsOwnContent) {
     CTagValue value;
     value.SetText(u"Wood");
-    value.SetFilename(value.GetText());
     value.SetText(static_cast<char16_t const*>(value.GetText()) + 1);
     EXPECT_EQ(value.GetText(), u"ood");
     value.AddUInt(4);
