@@ -89,6 +89,8 @@ TEST(XStringMatch, AnswersExpressions) {
         {u"a(b)", u"b", true, any},
         {u"a&b", u"a", true, any},
         {u"&a", u"x", true, any}, // the blank that was a mark brings an `or` in front of the first word
+        // Each group is a text of its own, in which the blank behind `()` makes (a*b) a group, and that has no quote.
+        {u"x (y ^ (() (a*b) ^ \"q\"))", u"x a b", false},
         {u"A", u"a", false, language, true},
         {u"x (A)", u"x a", true, language, true}, // a sub-expression does not regard case
         {u"(A)", u"a", false, language, true},    // one word in parentheses is a word

@@ -29,9 +29,16 @@ std::u16string_view TrimmedView(std::u16string_view text);
 /// Writes the text with ASCII letters lowered to a place with room for as many units, which may be its own.
 void LowerAsciiUnits(char16_t* target, std::u16string_view text);
 
-/// Puts the operator in front of each word that follows another one without an operator between them, and a `\` in
-/// front of each special character inside quotes. A text that has been through this comes out of it as it is.
-std::u16string WithImpliedOperators(std::u16string_view text, std::u16string_view impliedOperator);
+/// How deep WithImpliedOperators looks.
+enum class ImpliedIn {
+    Text,      ///< Each word is seen behind what stands in front of it in the text.
+    GroupsToo, ///< And in each group around it: what doing the same to each group once more would give.
+};
+
+/// Puts the operator in front of each word that follows a blank, unless an operator stands between it and the word
+/// before, or the beginning; and a `\` in front of each special character inside quotes.
+std::u16string WithImpliedOperators(std::u16string_view text, std::u16string_view impliedOperator,
+                                    ImpliedIn where = ImpliedIn::Text);
 
 /// The pattern of a word without marks: no `\` in front of special characters, and a `*` at each end where no wildcard
 /// stands.

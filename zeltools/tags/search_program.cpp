@@ -146,7 +146,7 @@ private:
 };
 
 SearchProgram::SearchProgram(std::u16string_view expression) {
-    std::u16string const text = WithImpliedOperators(TrimmedView(Lowered(expression)), u" & ");
+    std::u16string const text = WithImpliedOperators(TrimmedView(Lowered(expression)), u" & ", ImpliedIn::GroupsToo);
     Compiler(*this, text).Run();
 }
 

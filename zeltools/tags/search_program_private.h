@@ -4,11 +4,10 @@
 //     word leg  | begin ^ | word drawer | word !chair | end
 //
 // By the rules of the language a sub-expression is taken apart and evaluated by a matcher of its own, which never
-// regards case and sees the words cut at blanks and lowered once more, and so for each group inside it. Doing so
-// changes nothing from the second time on: neither the text of a group that has its operators already, nor words that
-// are lowered. So one pass over the text prepares groups of any depth, and two lists of words are enough: those that
-// the sub-expression was given, and the same cut and lowered. A group sees the given ones only where it has a quote in
-// its text.
+// regards case and sees the words cut at blanks and lowered once more, and so for each group inside it. Words that are
+// lowered stay so, and one pass over the text puts in the operators that each of the matchers would. So two lists of
+// words are enough for groups of any depth: those that the sub-expression was given, and the same cut and lowered. A
+// group sees the given ones only where it has a quote in its text.
 
 #pragma once
 
