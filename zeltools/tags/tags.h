@@ -48,8 +48,9 @@ struct TagTextLimits {
     /// in seconds of work. As many blocks may be open at once in rich text.
     unsigned int nested = 1u << 24;
 
-    /// Characters by which values may make a text longer, 256 MiB: a value that doubles itself gets there before memory
-    /// is short. What is taken up again at the end of a template stops after as many, too.
+    /// Characters by which tags that are met in values may make a text longer, 256 MiB: a value that doubles itself
+    /// gets there before memory is short. What is taken up again at the end of a template stops after as many, too. The
+    /// values of the template's own tags have an end and may be longer, up to what a text can hold.
     int length = 1 << 27;
 
     /// Calls of ProcessText inside each other on one thread, where EvaluateTag expands a template itself: a host whose

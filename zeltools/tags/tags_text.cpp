@@ -188,9 +188,11 @@ private:
     }
 
     /// How many characters a value may have that stands in the text beside so many others.
-    std::size_t Room(std::size_t others) const {
-        std::size_t const longest =
-            std::min<std::size_t>(originalLength + static_cast<std::size_t>(std::max(limits.length, 0)), INT_MAX);
+    /// @param isEndless  Whether there may be no end of such values.
+    std::size_t Room(std::size_t others, bool isEndless) const {
+        std::size_t longest = INT_MAX;
+        if (isEndless)
+            longest = std::min(longest, originalLength + static_cast<std::size_t>(std::max(limits.length, 0)));
         return longest - std::min(longest, others);
     }
 
@@ -349,7 +351,7 @@ void CTags::TextExpansion::ReplaceTag(Token const& token, unsigned int generatio
         length = plain + xStrLen(text + plain); // an operand of a string counts up to its first zero
     std::size_t const start = static_cast<std::size_t>(token.start);
     std::size_t const taken = token.closed ? buffer.DoneLength() - start + token.read : 0;
-    if (length > Room(buffer.Length() - taken)) {
+    if (length > Room(buffer.Length() - taken, generation > 0 || !token.closed)) {
         exceeded = TooLong;
         return;
     }
