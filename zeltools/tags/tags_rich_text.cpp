@@ -98,7 +98,9 @@ public:
         inARow = further ? 0 : inARow + 1;
         if (behind < leastBehind) {
             leastBehind = behind;
-        } else if (++again > limits.nested) {
+            return nullptr;
+        }
+        if (++again > limits.nested) {
             return "tags in values";
         }
         if (inARow > limits.chain) {
