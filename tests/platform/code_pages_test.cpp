@@ -41,6 +41,19 @@ void CheckRow(vectors::Row const& row, Text const& expected, Call call) {
     }
 }
 
+// However small the room is: whole characters only, and nothing behind it.
+template <typename Text, typename Convert>
+void CheckEveryRoom(Text const& expected, Convert convert) {
+    ASSERT_EQ(convert(nullptr, 0).length, expected.size());
+    for (std::size_t room = expected.size() > 20 ? expected.size() - 2 : 0; room <= expected.size(); ++room) {
+        Text bounded(room + 1, '#');
+        TextConversion const done = convert(bounded.data(), room);
+        ASSERT_EQ(done.fitted, room == expected.size());
+        ASSERT_EQ(bounded[room], '#') << "written behind the room";
+        ASSERT_EQ(bounded.substr(0, done.length), expected.substr(0, done.length));
+    }
+}
+
 // The slow and obvious decoder: tries the four forms at each place, else replaces one maximal part.
 std::u16string ModelDecode(std::string const& bytes) {
     std::u16string text;
@@ -48,19 +61,17 @@ std::u16string ModelDecode(std::string const& bytes) {
         auto const at = [&](std::size_t k) {
             return i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u;
         };
-        struct Form {
+        // Table 3-7 of the Unicode standard, well-formed byte sequences.
+        static constexpr struct {
             unsigned leadFirst, leadLast, secondFirst, secondLast;
             std::size_t length;
-        };
-        // Table 3-7 of the Unicode standard, well-formed byte sequences.
-        static constexpr Form forms[] = {
-            {0x00, 0x7F, 0, 0, 1},       {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
-            {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
-            {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4}};
+        } forms[] = {{0x00, 0x7F, 0, 0, 1},       {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
+                     {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
+                     {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4}};
         std::size_t matched = 1;
         bool whole = false;
         unsigned character = 0;
-        for (Form const& form : forms) {
+        for (auto const& form : forms) {
             if (at(0) < form.leadFirst || at(0) > form.leadLast)
                 continue;
             character = form.length == 1 ? at(0) : at(0) & (0xFFu >> (form.length + 1));
@@ -106,7 +117,7 @@ TEST(MultiByteToWideChar, GivesTheRecordedAnswers) {
 TEST(WideCharToMultiByte, GivesTheRecordedAnswers) {
     AcpGuard const acp(1252);
     // Nearest looks, where a question mark is ours: the recorded text and ours.
-    struct NearestLook {
+    struct {
         char const* codePage;
         char const* text;
         char const* ours;
@@ -129,7 +140,7 @@ TEST(WideCharToMultiByte, GivesTheRecordedAnswers) {
     for (vectors::Row const& row : vectors::ReadTable("wide_char_to_multi_byte")) {
         std::u16string const text = row.Wide("text");
         std::string expected = row.Narrow("result");
-        for (NearestLook const& look : nearestLooks) {
+        for (auto const& look : nearestLooks) {
             if (row.Raw("codepage") == look.codePage && row.Raw("text") == look.text) {
                 expected = look.ours;
                 ++looksSeen;
@@ -165,8 +176,8 @@ TEST(CodePagesDeathTest, TakeZeroFromTheEnvironment) {
 
 TEST(CodePages, AgreeBetweenThreads) {
     std::string const japanese = "\x8A\xBF\x8E\x9A\x82\xA9\x82\xC8";
-    std::vector<std::thread> threads;
     std::atomic<int> wrong{0};
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 500; ++i) {
@@ -177,8 +188,7 @@ TEST(CodePages, AgreeBetweenThreads) {
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_EQ(wrong, 0);
 }
 
@@ -207,14 +217,9 @@ TEST(Utf8, AgreesWithTheObviousDecoderOnRandomText) {
         std::u16string text(Utf16Room(bytes.size()), u'#');
         text.resize(Utf8ToUtf16(bytes.data(), bytes.size(), text.data()));
         ASSERT_EQ(text, expected) << testing::PrintToString(bytes);
-        ASSERT_EQ(DecodeUtf8(bytes.data(), bytes.size(), nullptr, 0).length, expected.size());
-        for (std::size_t room = expected.size() > 20 ? expected.size() - 2 : 0; room <= expected.size(); ++room) {
-            std::u16string bounded(room + 1, u'#');
-            TextConversion const done = DecodeUtf8(bytes.data(), bytes.size(), bounded.data(), room);
-            ASSERT_EQ(done.fitted, room == expected.size());
-            ASSERT_EQ(bounded[room], u'#') << "written behind the room";
-            ASSERT_EQ(bounded.substr(0, done.length), expected.substr(0, done.length));
-        }
+        CheckEveryRoom(expected, [&](char16_t* out, std::size_t room) {
+            return DecodeUtf8(bytes.data(), bytes.size(), out, room);
+        });
 
         // And back: what was decoded is valid but for the lone surrogates thrown in.
         if (random() % 2)
@@ -222,14 +227,8 @@ TEST(Utf8, AgreesWithTheObviousDecoderOnRandomText) {
         std::string encoded(Utf8Room(text.size()), '#');
         encoded.resize(Utf16ToUtf8(text.data(), text.size(), encoded.data()));
         ASSERT_EQ(Utf8Length(text.data(), text.size()), encoded.size());
-        ASSERT_EQ(EncodeUtf8(text.data(), text.size(), nullptr, 0).length, encoded.size());
-        for (std::size_t room = encoded.size() > 20 ? encoded.size() - 2 : 0; room <= encoded.size(); ++room) {
-            std::string bounded(room + 1, '#');
-            TextConversion const done = EncodeUtf8(text.data(), text.size(), bounded.data(), room);
-            ASSERT_EQ(done.fitted, room == encoded.size());
-            ASSERT_EQ(bounded[room], '#') << "written behind the room";
-            ASSERT_EQ(bounded.substr(0, done.length), encoded.substr(0, done.length));
-        }
+        CheckEveryRoom(encoded,
+                       [&](char* out, std::size_t room) { return EncodeUtf8(text.data(), text.size(), out, room); });
         std::u16string replaced = text;
         for (std::size_t i = 0; i < replaced.size(); ++i) {
             bool const pair =

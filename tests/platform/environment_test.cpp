@@ -2,26 +2,19 @@
 #include "zeltools/platform/environment.h"
 
 #include "tests/support/vectors.h"
-#include "zeltools/platform/code_pages.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 
 namespace platform {
 namespace {
 
-std::string ToUtf8(std::u16string const& text) {
-    std::string bytes(text.size() * 3, '\0');
-    int const size = WideCharToMultiByte(CodePageUtf8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                                         static_cast<int>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(size));
-    return bytes;
-}
-
 TEST(Environment, ExpandsAsRecorded) {
     for (vectors::Row const& row : vectors::ReadTable("environment")) {
-        setenv(ToUtf8(row.Wide("name")).c_str(), ToUtf8(row.Wide("value")).c_str(), 1);
+        using Utf8 = std::filesystem::path;
+        setenv(Utf8(row.Wide("name")).c_str(), Utf8(row.Wide("value")).c_str(), 1);
     }
     for (vectors::Row const& row : vectors::ReadTable("expand_environment_strings")) {
         auto const size = static_cast<unsigned int>(row.Number("size"));

@@ -26,18 +26,22 @@ std::string PortableExecutable(unsigned short characteristics) {
 TEST(Executables, ToldByContentAndPermission) {
     TemporaryFolder const folder;
     std::string const self = std::filesystem::read_symlink("/proc/self/exe");
+    // The C++ library: shared, and without an interpreter of its own as the C library has.
+    Dl_info library{};
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "_ZSt9terminatev"), &library), 0);
+    std::filesystem::copy_file(library.dli_fname, folder.Native() + "library");
     std::filesystem::copy_file(self, folder.Native() + "elf");
     std::filesystem::copy_file(self, folder.Native() + "elf not allowed");
     std::filesystem::permissions(folder.Native() + "elf not allowed", std::filesystem::perms(0644));
     folder.Write("script", "#!/bin/sh\n");
-    std::filesystem::permissions(folder.Native() + "script", std::filesystem::perms(0755));
     folder.Write("pe", PortableExecutable(0x0022));
     folder.Write("dll", PortableExecutable(0x2022));
     folder.Write("mz", "MZ");
     folder.Write("far", std::string("MZ") + std::string(0x3A, '\0') + "\xFF\xFF\xFF\xFF");
-    folder.Write("cut elf", "\x7F"
-                            "ELF\2\1\1");
-    std::filesystem::permissions(folder.Native() + "cut elf", std::filesystem::perms(0755));
+    folder.Write("cut elf", "\177ELF\2\1\1");
+    for (char const* const name : {"library", "script", "cut elf"}) {
+        std::filesystem::permissions(folder.Native() + name, std::filesystem::perms(0755));
+    }
     struct {
         char const* name;
         ExecutableType type;
@@ -45,21 +49,10 @@ TEST(Executables, ToldByContentAndPermission) {
                       {"script", ExecutableScript}, {"pe", ExecutablePE},
                       {"dll", ExecutableNone},      {"mz", ExecutableMZ},
                       {"far", ExecutableMZ},        {"cut elf", ExecutableNone},
-                      {"none", ExecutableNone}};
+                      {"library", ExecutableNone},  {"none", ExecutableNone}};
     for (auto const& row : rows) {
         EXPECT_EQ(SHGetExecutableType(folder.Path(row.name).c_str()), row.type) << row.name;
     }
-}
-
-TEST(Executables, ALibraryIsNone) {
-    // The C++ library: shared, and without an interpreter of its own as the C library has.
-    Dl_info library{};
-    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "_ZSt9terminatev"), &library), 0);
-    std::string const file = std::filesystem::canonical(library.dli_fname);
-    TemporaryFolder const folder;
-    std::filesystem::copy_file(file, folder.Native() + "library");
-    std::filesystem::permissions(folder.Native() + "library", std::filesystem::perms(0755));
-    EXPECT_EQ(SHGetExecutableType(folder.Path("library").c_str()), ExecutableNone);
 }
 
 TEST(Modules, FailuresSayWhy) {

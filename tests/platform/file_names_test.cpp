@@ -18,8 +18,8 @@ namespace {
 
 constexpr unsigned int ShareAll = ShareRead | ShareWrite | ShareDelete;
 
-std::size_t CountEntries(std::string const& folder) {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+bool SpareNothing(std::u16string_view) {
+    return false;
 }
 
 TEST(FileAttributes, OfEachKindOfEntry) {
@@ -88,13 +88,7 @@ TEST(CopyFile, CopiesContentPermissionsAndTime) {
         EXPECT_EQ(fs::last_write_time(folder.Native() + to), fs::last_write_time(folder.Native() + "from"));
     }
     EXPECT_TRUE(CopyFileW(folder.Path("from").c_str(), folder.Path("newer").c_str(), true));
-    EXPECT_EQ(CountEntries(folder.Native()), 4U); // nothing temporary is left
-}
-
-TEST(CopyFile, FilesWithoutAStatedSizeAreCopiedWhole) {
-    TemporaryFolder const folder;
-    EXPECT_TRUE(CopyFileW(u"\\proc\\self\\status", folder.Path("copy").c_str(), true));
-    EXPECT_NE(folder.Read("copy").find("Name:"), std::string::npos);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 4); // nothing temporary is left
 }
 
 TEST(CopyFile, WhatItRefusesStaysAsItIs) {
@@ -120,41 +114,38 @@ TEST(CopyFile, WhatItRefusesStaysAsItIs) {
     CloseFile(file);
     EXPECT_EQ(folder.Read("open"), "old");
     EXPECT_EQ(folder.Read("from"), "new");
-    EXPECT_EQ(CountEntries(folder.Native()), 5U);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 5);
 }
 
-TEST(CopyFile, GoesThroughALinkAndKeepsIt) {
+TEST(CopyFile, TakesFilesWithoutAStatedSizeAndGoesThroughALink) {
     TemporaryFolder const folder;
-    folder.Write("from", "new");
     folder.Write("sub/target", "old");
     fs::create_symlink("sub/target", folder.Native() + "link");
-    EXPECT_TRUE(CopyFileW(folder.Path("from").c_str(), folder.Path("link").c_str(), false));
+    EXPECT_TRUE(CopyFileW(u"\\proc\\self\\status", folder.Path("link").c_str(), false));
     EXPECT_TRUE(fs::is_symlink(folder.Native() + "link"));
-    EXPECT_EQ(folder.Read("sub/target"), "new");
+    EXPECT_TRUE(folder.Read("sub/target").starts_with("Name:"));
 }
 
-struct MoveRow {
-    char const* from;
-    char const* to;
-    unsigned int flags;
-    unsigned int error;
-};
-
 TEST(MoveFile, ReplacesOnlyWhereItMay) {
-    MoveRow const rows[] = {{"a", "new", 0, 0},
-                            {"a", "b", 0, ErrorAlreadyExists},
-                            {"a", "b", MoveReplaceExisting, 0},
-                            {"a", "dir", MoveReplaceExisting, ErrorAccessDenied},
-                            {"a", "link", 0, ErrorAlreadyExists}, // a link is a name that is taken
-                            {"dir", "newdir", 0, 0},
-                            {"dir", "empty", 0, ErrorAlreadyExists},
-                            {"dir", "empty", MoveReplaceExisting, ErrorAccessDenied},
-                            {"dir", "dir/inside", 0, ErrorInvalidParameter},
-                            {"a", "none/x", 0, ErrorPathNotFound},
-                            {"a", "a", 0, 0},
-                            {"second", "a", MoveReplaceExisting, 0}, // two names of one file
-                            {"open", "x", 0, ErrorSharingViolation}};
-    for (MoveRow const& row : rows) {
+    struct {
+        char const* from;
+        char const* to;
+        unsigned int flags;
+        unsigned int error;
+    } const rows[] = {{"a", "new", 0, 0},
+                      {"a", "b", 0, ErrorAlreadyExists},
+                      {"a", "b", MoveReplaceExisting, 0},
+                      {"a", "dir", MoveReplaceExisting, ErrorAccessDenied},
+                      {"a", "link", 0, ErrorAlreadyExists}, // a link is a name that is taken
+                      {"dir", "newdir", 0, 0},
+                      {"dir", "empty", 0, ErrorAlreadyExists},
+                      {"dir", "empty", MoveReplaceExisting, ErrorAccessDenied},
+                      {"dir", "dir/inside", 0, ErrorInvalidParameter},
+                      {"a", "none/x", 0, ErrorPathNotFound},
+                      {"a", "a", 0, 0},
+                      {"second", "a", MoveReplaceExisting, 0}, // two names of one file
+                      {"open", "x", 0, ErrorSharingViolation}};
+    for (auto const& row : rows) {
         TemporaryFolder const folder;
         folder.Write("a", "a");
         folder.Write("b", "b");
@@ -166,8 +157,7 @@ TEST(MoveFile, ReplacesOnlyWhereItMay) {
         HANDLE const file = CreateFileW(folder.Path("open").c_str(), GenericRead, ShareRead, OpenExisting, 0);
         bool const isMoved = MoveFileExW(folder.Path(row.from).c_str(), folder.Path(row.to).c_str(), row.flags);
         EXPECT_EQ(isMoved ? 0 : GetLastError(), row.error) << row.from << ' ' << row.to;
-        bool const isSame = std::string(row.from) == row.to;
-        EXPECT_EQ(folder.Exists(row.from), (!isMoved || isSame) && std::string(row.from) != "none") << row.from;
+        EXPECT_EQ(folder.Exists(row.from), !isMoved || std::string(row.from) == row.to) << row.from;
         if (!isMoved) {
             EXPECT_EQ(folder.Read("a") + folder.Read("b") + folder.Read("dir/x"), "abx");
         }
@@ -238,14 +228,13 @@ TEST(RemoveTree, NeverLeavesTheTree) {
     fs::create_directory_symlink("../../..", folder.Native() + "tree/a/up");
     fs::create_symlink("nowhere", folder.Native() + "tree/a/dangling");
     fs::create_directory_symlink("outside", folder.Native() + "top");
-    auto const spareNothing = [](std::u16string_view) { return false; };
-    EXPECT_TRUE(RemoveTree(folder.Path("tree/").c_str(), spareNothing));
-    EXPECT_TRUE(RemoveTree(folder.Path("top/").c_str(), spareNothing));
+    EXPECT_TRUE(RemoveTree(folder.Path("tree/").c_str(), SpareNothing));
+    EXPECT_TRUE(RemoveTree(folder.Path("top/").c_str(), SpareNothing));
     EXPECT_FALSE(folder.Exists("tree") || folder.Exists("top"));
     EXPECT_EQ(folder.Read("outside/precious"), "p");
-    EXPECT_FALSE(RemoveTree(folder.Path("none").c_str(), spareNothing));
+    EXPECT_FALSE(RemoveTree(folder.Path("none").c_str(), SpareNothing));
     EXPECT_EQ(GetLastError(), ErrorFileNotFound);
-    EXPECT_FALSE(RemoveTree(folder.Path("outside/precious").c_str(), spareNothing));
+    EXPECT_FALSE(RemoveTree(folder.Path("outside/precious").c_str(), SpareNothing));
     EXPECT_EQ(GetLastError(), ErrorDirectory);
 }
 
@@ -254,7 +243,7 @@ TEST(RemoveTree, GoesOnBehindAFailure) {
     folder.Write("tree/a/open");
     folder.Write("tree/b/x");
     HANDLE const file = CreateFileW(folder.Path("tree/a/open").c_str(), GenericRead, ShareRead, OpenExisting, 0);
-    EXPECT_FALSE(RemoveTree(folder.Path("tree").c_str(), [](std::u16string_view) { return false; }));
+    EXPECT_FALSE(RemoveTree(folder.Path("tree").c_str(), SpareNothing));
     EXPECT_EQ(GetLastError(), ErrorSharingViolation);
     CloseFile(file);
     EXPECT_TRUE(folder.Exists("tree/a/open"));

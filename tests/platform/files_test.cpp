@@ -148,17 +148,17 @@ TEST(ShareModes, OfManyThatComeAtOnceOneGetsIn) {
     folder.Write("file");
     std::u16string const path = folder.Path() + Name;
     std::atomic<int> inside{0};
-    std::atomic<int> most{0};
+    std::atomic<bool> wasCrowded{false};
     std::atomic<int> entries{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] {
             for (int k = 0; k < 300; ++k) {
                 HANDLE const file = CreateFileW(path.c_str(), i % 2 == 0 ? GenericWrite : GenericRead | GenericWrite, 0,
                                                 OpenExisting, 0);
                 if (file != InvalidHandle) {
-                    int const now = ++inside;
-                    for (int seen = most; now > seen && !most.compare_exchange_weak(seen, now);) {
+                    if (++inside > 1) {
+                        wasCrowded = true;
                     }
                     ++entries;
                     --inside;
@@ -167,10 +167,8 @@ TEST(ShareModes, OfManyThatComeAtOnceOneGetsIn) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(most, 1);
+    threads.clear();
+    EXPECT_FALSE(wasCrowded);
     EXPECT_GT(entries, 0);
 }
 
@@ -206,18 +204,6 @@ TEST(CreateFile, Dispositions) {
             CloseFile(file);
         }
     }
-}
-
-TEST(CreateFile, ARefusedOpenChangesNothing) {
-    TemporaryFolder const folder;
-    folder.Write("file", "precious");
-    HANDLE const reader = CreateFileW((folder.Path() + Name).c_str(), GenericRead, ShareRead, OpenExisting, 0);
-    for (unsigned int const disposition : {CreateAlways, TruncateExisting}) {
-        EXPECT_EQ(CreateFileW((folder.Path() + Name).c_str(), GenericWrite, ShareAll, disposition, 0), InvalidHandle);
-        EXPECT_EQ(GetLastError(), ErrorSharingViolation);
-    }
-    CloseFile(reader);
-    EXPECT_EQ(folder.Read("file"), "precious");
 }
 
 TEST(CreateFile, Failures) {
@@ -268,46 +254,25 @@ TEST(CreateFile, DeleteOnCloseFollowsARenamedFileAndSparesAnotherOne) {
     EXPECT_EQ(folder.Read("file"), "another");
 }
 
-TEST(FileIo, ReadsWritesSeeksAndCuts) {
+TEST(FileIo, GoesBeyond32Bits) {
     TemporaryFolder const folder;
     HANDLE const file = CreateFileW((folder.Path() + Name).c_str(), GenericRead | GenericWrite, ShareAll, CreateNew, 0);
-    std::size_t count = 0;
-    std::array<char, 16> block{};
-    long long position = -1;
     unsigned long long size = 0;
-    EXPECT_TRUE(WriteFile(file, "0123456789", 10, count));
-    EXPECT_TRUE(SetFilePointer(file, -4, &position, FileEnd));
-    EXPECT_EQ(position, 6);
-    EXPECT_TRUE(ReadFile(file, block.data(), block.size(), count));
-    EXPECT_EQ(std::string(block.data(), count), "6789");
-    EXPECT_TRUE(ReadFile(file, block.data(), block.size(), count));
-    EXPECT_EQ(count, 0U);
-    EXPECT_FALSE(SetFilePointer(file, -11, &position, FileCurrent));
-    EXPECT_EQ(GetLastError(), ErrorNegativeSeek);
-    EXPECT_FALSE(SetFilePointer(file, 0, &position, static_cast<SeekOrigin>(3)));
-    EXPECT_TRUE(SetFilePointer(file, (1LL << 32) + 5, &position, FileBegin)); // beyond 32 bits
+    EXPECT_TRUE(SetFilePointer(file, (1LL << 32) + 5, nullptr, FileBegin));
     EXPECT_TRUE(SetEndOfFile(file));
     EXPECT_TRUE(GetFileSize(file, size));
     EXPECT_EQ(size, (1ULL << 32) + 5);
-    EXPECT_TRUE(SetFilePointer(file, 3, nullptr, FileBegin));
-    EXPECT_TRUE(SetEndOfFile(file));
-    EXPECT_TRUE(FlushFileBuffers(file));
-    EXPECT_EQ(folder.Read("file"), "012");
+    EXPECT_FALSE(SetFilePointer(file, -(1LL << 32) - 6, nullptr, FileCurrent));
+    EXPECT_EQ(GetLastError(), ErrorNegativeSeek);
     CloseFile(file);
 }
 
-TEST(FileIo, AFullDiskAndABrokenPipeAreErrors) {
-    std::size_t count = 0;
-    HANDLE const full = CreateFileW(u"\\dev\\full", GenericWrite, ShareAll, OpenExisting, 0);
-    ASSERT_NE(full, InvalidHandle);
-    EXPECT_FALSE(WriteFile(full, "x", 1, count));
-    EXPECT_EQ(GetLastError(), ErrorDiskFull);
-    CloseFile(full);
-
+TEST(FileIo, ABrokenPipeIsAnError) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
     close(ends[0]);
     HANDLE const broken = HandleFromFileDescriptor(ends[1]);
+    std::size_t count = 0;
     EXPECT_FALSE(WriteFile(broken, "x", 1, count)); // and the process lives
     EXPECT_EQ(GetLastError(), ErrorBrokenPipe);
     CloseFile(broken);

@@ -21,21 +21,13 @@ std::u16string Form(std::string_view native) {
     return form;
 }
 
-struct FormRow {
-    char const* native;
-    char16_t const* form;
-};
-
 TEST(NativeName, FormsOfNames) {
-    FormRow const rows[] = {
+    struct {
+        char const* native;
+        char16_t const* form;
+    } const rows[] = {
         {"/home/ana/", u"\\home\\ana\\"},
-        {"a:b*c?d\"e<f>g|h", u"a\xF03A"
-                             u"b\xF02A"
-                             u"c\xF03F"
-                             u"d\xF022"
-                             u"e\xF03C"
-                             u"f\xF03E"
-                             u"g\xF07Ch"},
+        {"a:b*c?d\"e<f>g|h", u"a\uF03Ab\uF02Ac\uF03Fd\uF022e\uF03Cf\uF03Eg\uF07Ch"},
         {"back\\slash", u"back\xF05Cslash"},
         {"caf\xC3\xA9 \xE2\x82\xAC", u"caf\u00E9 \u20AC"},
         {"\xF0\x9F\x8E\xA8", u"\U0001F3A8"},
@@ -46,12 +38,14 @@ TEST(NativeName, FormsOfNames) {
         {"\xEF\x80\xBA", u"\xDCEF\xDC80\xDCBA"},                   // U+F03A itself, which means a colon here
         {"\xEF\x83\xBF\xEF\x84\x80", u"\xDCEF\xDC83\xDCBF\xF100"}, // last of the range, and the one behind it
     };
-    for (FormRow const& row : rows) {
+    for (auto const& row : rows) {
         EXPECT_EQ(Form(row.native), row.form) << row.native;
         std::string back;
         EXPECT_TRUE(ToNativeName(row.form, back)) << row.native;
         EXPECT_EQ(back, row.native);
     }
+    EXPECT_EQ(FromNativePath("//server/share"), u"\\server\\share"); // leading slashes never mean a server
+    EXPECT_EQ(FromNativePath("///"), u"\\");
 }
 
 TEST(NativeName, EveryNameOfOneTwoAndThreeBytesComesBack) {
@@ -88,11 +82,6 @@ TEST(NativeName, ATextThatIsNoNamesFormIsRefused) {
     }
 }
 
-TEST(NativePath, LeadingSlashesNeverMeanAServer) {
-    EXPECT_EQ(FromNativePath("//server/share"), u"\\server\\share");
-    EXPECT_EQ(FromNativePath("///"), u"\\");
-}
-
 TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
     TemporaryFolder const folder;
     folder.Write("Textures/Wood.JPG");
@@ -118,8 +107,8 @@ TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
         {u"T:\\", root + "Textures/"},
         {u"R:\\", "/"},
     };
+    std::string native;
     for (Row const& row : rows) {
-        std::string native;
         EXPECT_TRUE(ToNativePath(row.path, native));
         EXPECT_EQ(native, row.native);
     }
@@ -127,7 +116,6 @@ TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
     EXPECT_EQ(GetLastError(), ErrorFileNotFound);
     EXPECT_EQ(GetDriveLetters(), u"BRT");
     for (char16_t const* const path : {u"Q:\\a", u"X:\\a", u"", u"1:\\a"}) {
-        std::string native;
         EXPECT_FALSE(ToNativePath(path, native));
         EXPECT_EQ(GetLastError(), path[0] == u'1' ? ErrorInvalidName : ErrorPathNotFound);
     }

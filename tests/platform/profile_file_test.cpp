@@ -14,6 +14,12 @@ using namespace platform;
 
 namespace {
 
+struct Row {
+    char16_t const* section;
+    char16_t const* entry;
+    char16_t const* value;
+};
+
 class ProfileFile : public testing::Test {
 protected:
     std::u16string Get(std::u16string_view section, std::u16string_view entry) const {
@@ -33,17 +39,13 @@ TEST_F(ProfileFile, ReadsWhatPeopleWrite) {
     folder.Write("a.ini",
                  "lost=1\r\n; [comment]\r\n[ Wind\xC3\x96w ] tail\r\n Col = 3 = 4 \r\n;Col=5\r\ncol=6\r\n"
                  "Q=\" kept \"\r\nS='x'\r\nH=\"open\r\nnothing\r\n=noname\r\n[Empty\r\n\r\n[WIND\xC3\x96W]\r\nlate=1");
-    struct {
-        char16_t const* section;
-        char16_t const* entry;
-        char16_t const* value;
-    } const rows[] = {
+    Row const rows[] = {
         {u"windöw", u"COL", u"3 = 4"},   {u"WINDÖW", u"q", u" kept "}, {u"windöw", u"s", u"x"},
         {u"windöw", u"h", u"\"open"},    {u"windöw", u"", u"noname"},  {u"windöw", u"nothing", u"<none>"},
         {u"windöw", u"late", u"<none>"}, // the first section of the name counts
         {u"empty", u"a", u"<none>"},     {u"", u"lost", u"<none>"},
     };
-    for (auto const& row : rows) {
+    for (Row const& row : rows) {
         EXPECT_EQ(Get(row.section, row.entry), row.value) << testing::PrintToString(row.entry);
     }
     // A change touches its own line only.
@@ -66,13 +68,9 @@ TEST_F(ProfileFile, WritesWhatItReads) {
     EXPECT_TRUE(Set(u"A", u"ONE", nullptr)); // gone already
     EXPECT_TRUE(Set(u"b", nullptr, nullptr));
     EXPECT_EQ(folder.Read("a.ini"), "[A]\nthree=\" blank \"\n");
-    struct {
-        char16_t const* section;
-        char16_t const* entry;
-        char16_t const* value;
-    } const refused[] = {{u"a]b", u"x", u""}, {u" ", u"x", u""},  {u"a", u"x=y", u""},     {u"a", u"", u""},
-                         {u"a", u";x", u""},  {u"a", u"[x", u""}, {u"a", u"x", u"1\n[b]"}, {nullptr, u"x", u""}};
-    for (auto const& row : refused) {
+    Row const refused[] = {{u"a]b", u"x", u""}, {u" ", u"x", u""},  {u"a", u"x=y", u""},     {u"a", u"", u""},
+                           {u"a", u";x", u""},  {u"a", u"[x", u""}, {u"a", u"x", u"1\n[b]"}, {nullptr, u"x", u""}};
+    for (Row const& row : refused) {
         SetLastError(0);
         EXPECT_FALSE(Set(row.section, row.entry, row.value));
         EXPECT_EQ(GetLastError(), ErrorInvalidParameter);

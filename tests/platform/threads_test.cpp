@@ -8,9 +8,7 @@
 
 #include <atomic>
 #include <fcntl.h>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <semaphore>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -33,7 +31,6 @@ struct Shared {
     std::atomic<bool> stop{false};
     std::atomic<unsigned long long> id{0};
     int pipeEnds[2] = {-1, -1};
-    std::binary_semaphore gate{0};
 };
 
 unsigned int Spin(void* argument) {
@@ -52,16 +49,6 @@ unsigned int ReadPipe(void* argument) {
     return ::read(shared.pipeEnds[0], &byte, 1) == 1 ? 1 : 2;
 }
 
-unsigned int SleepLong(void* argument) {
-    ++static_cast<Shared*>(argument)->turns;
-    Sleep(3'600'000);
-    return 1;
-}
-
-unsigned int Return(void*) {
-    return 5;
-}
-
 template <class Condition>
 void WaitUntil(Condition condition) {
     while (!condition()) {
@@ -76,11 +63,6 @@ bool Turns(Shared const& shared) {
         Sleep(0);
     }
     return shared.turns != before;
-}
-
-std::size_t ThreadCount() {
-    auto const tasks = std::filesystem::directory_iterator("/proc/self/task");
-    return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
 }
 
 TEST(BeginThreadEx, SuspendedBodyRunsAfterResumeOnly) {
@@ -105,23 +87,6 @@ TEST(BeginThreadEx, SuspendedBodyRunsAfterResumeOnly) {
         CloseThread(opened);
         return !opened;
     });
-}
-
-TEST(BeginThreadEx, TenThousandRoundsLeakNoThread) {
-    // The first thread of a process brings the helper thread of the thread sanitizer with it, which stays.
-    HANDLE const first = BeginThreadEx(65536, &Return, nullptr, 0, nullptr);
-    ASSERT_TRUE(WaitForThread(first, WaitForever));
-    CloseThread(first);
-    std::size_t const before = ThreadCount();
-    for (int round = 0; round < 10'000; ++round) {
-        HANDLE const thread = BeginThreadEx(65536, &Return, nullptr, 0, nullptr);
-        ASSERT_NE(thread, nullptr) << round;
-        HANDLE const second = DuplicateThread(thread);
-        CloseThread(thread);
-        ASSERT_TRUE(WaitForThread(second, WaitForever));
-        CloseThread(second);
-    }
-    WaitUntil([&] { return ThreadCount() <= before; });
 }
 
 TEST(SuspendThread, StopsASpinningThreadUntilTheLastResume) {
@@ -165,15 +130,9 @@ TEST(SuspendThread, ReadGoesOnAfterResume) {
     ::close(shared.pipeEnds[1]);
 }
 
-TEST(SuspendThread, ForeignThreadByIdAndItself) {
+TEST(SuspendThread, ForeignThreadById) {
     Shared shared;
-    std::thread foreign([&] {
-        Spin(&shared);
-        HANDLE const itself = DuplicateCurrentThread();
-        shared.gate.release();
-        SuspendThread(itself);
-        CloseThread(itself);
-    });
+    std::thread foreign(&Spin, &shared);
     WaitUntil([&] { return shared.turns > 0; });
     HANDLE const thread = OpenThread(shared.id);
     ASSERT_NE(thread, nullptr);
@@ -181,8 +140,6 @@ TEST(SuspendThread, ForeignThreadByIdAndItself) {
     EXPECT_FALSE(Turns(shared));
     EXPECT_EQ(ResumeThread(thread), 1U);
     shared.stop = true;
-    shared.gate.acquire();
-    WaitUntil([&] { return ResumeThread(thread) == 1; });
     foreign.join();
     EXPECT_TRUE(WaitForThread(thread, WaitForever));
     CloseThread(thread);
@@ -199,7 +156,6 @@ struct TerminateRow {
 TerminateRow const terminateRows[] = {
     {"Spinning", &Spin, 0, false, false},
     {"BlockedInRead", &ReadPipe, 0, false, true},
-    {"Sleeping", &SleepLong, 0, false, true},
     {"Suspended", &Spin, 0, true, false},
     {"NeverResumed", &Spin, CreateSuspended, false, false},
 };
@@ -258,29 +214,26 @@ TEST(SetThreadPriority, LowersAndReportsARefusal) {
 TEST(CancelSynchronousIo, EndsAHangingOpenWhereItMay) {
     std::string const fifo = testing::TempDir() + "zel_cancel_" + std::to_string(::getpid());
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-    std::atomic<int> phase{0};
-    int cancelledErrno = 0;
+    auto const open = [&] { return RetryInterrupted([&] { return ::open(fifo.c_str(), O_RDONLY | O_CLOEXEC); }); };
     int answered = -1;
+    std::atomic<bool> isInside{true};
     std::atomic<HANDLE> handle{nullptr};
     std::thread opener([&] {
-        handle = DuplicateCurrentThread();
         BeginCancellableCalls();
-        phase = 1;
-        if (RetryInterrupted([&] { return ::open(fifo.c_str(), O_RDONLY | O_CLOEXEC); }) == -1) {
-            cancelledErrno = errno;
-        }
+        handle = DuplicateCurrentThread();
+        EXPECT_EQ(open(), -1);
+        EXPECT_EQ(errno, EINTR);
         EXPECT_TRUE(IsCallCancelled());
         EndCancellableCalls();
         EXPECT_FALSE(IsCallCancelled());
-        phase = 2;
-        answered = RetryInterrupted([&] { return ::open(fifo.c_str(), O_RDONLY | O_CLOEXEC); });
+        isInside = false;
+        answered = open();
     });
-    WaitUntil([&] { return phase == 1; });
-    while (phase == 1) {
+    WaitUntil([&] { return handle != nullptr; });
+    while (isInside) {
         CancelSynchronousIo(handle);
         Sleep(1);
     }
-    EXPECT_EQ(cancelledErrno, EINTR);
     for (int signal = 0; signal < 20; ++signal) { // outside, an interruption is repeated
         CancelSynchronousIo(handle);
     }
