@@ -20,24 +20,40 @@ bool FitsTail(std::u16string_view tail, char16_t const* word, TextCase wordCase)
     });
 }
 
-std::size_t FindBlank(std::u16string_view text, std::size_t from) {
-    std::size_t const blank = ScanFor(text.data(), text.size(), from, ScanTarget<char16_t, ScanCase::Exact>(u' '));
-    return std::min(blank, text.size());
-}
-
-/// A blank, or what separates the pieces of a word.
-std::size_t FindBlankOrJoint(std::u16string_view text, std::size_t from) {
-    while (from < text.size() && text[from] != u' ' && text[from] != u'-' && text[from] != u'_') {
-        ++from;
+/// What separates words.
+struct Blank {
+    static std::size_t FindFrom(std::u16string_view text, std::size_t from) {
+        return ScanFor(text.data(), text.size(), from, ScanTarget<char16_t, ScanCase::Exact>(u' '));
     }
-    return from;
-}
+    static std::size_t FindBefore(std::u16string_view text, std::size_t end) {
+        return ScanBackFor(text.data(), end, u' ');
+    }
+};
 
-/// Calls `test` with what stands between separators, empty stretches left out, until it answers true.
-template <class Test>
-bool AnyBetween(std::u16string_view text, std::size_t findSeparator(std::u16string_view, std::size_t), Test test) {
-    for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t const end = findSeparator(text, begin);
+/// What separates the pieces of words. They are short.
+struct BlankOrJoint {
+    static bool Is(char16_t unit) { return unit == u' ' || unit == u'-' || unit == u'_'; }
+
+    static std::size_t FindFrom(std::u16string_view text, std::size_t from) {
+        while (from < text.size() && !Is(text[from])) {
+            ++from;
+        }
+        return from < text.size() ? from : NotFound;
+    }
+    static std::size_t FindBefore(std::u16string_view text, std::size_t end) {
+        while (end > 0 && !Is(text[end - 1])) {
+            --end;
+        }
+        return end - 1; // below 0 it is NotFound
+    }
+};
+
+/// Calls `test` with what stands between separators, from the stretch that holds `first` on, until it answers true.
+template <class Separator, class Test>
+bool AnyBetween(std::u16string_view text, std::size_t first, Test test) {
+    std::size_t begin = Separator::FindBefore(text, first) + 1; // NotFound + 1 is 0
+    for (std::size_t from = first; from < text.size(); from = begin) {
+        std::size_t const end = std::min(Separator::FindFrom(text, from), text.size());
         if (end > begin && test(text.substr(begin, end - begin))) {
             return true;
         }
@@ -101,22 +117,18 @@ bool WildcardPattern::FitsAnyWordOf(std::u16string_view text, TextCase textCase)
     if (hasBlank) {
         return false;
     }
-    if (!pieces.empty()) {
+    std::size_t first = 0;
+    if (PieceSearch const* const needed = tailSearch ? &*tailSearch : pieces.empty() ? nullptr : &pieces[0]) {
         // Most texts are done with here: the piece is nowhere in them, or it is all that was asked for. What has no
         // blank lies inside one word.
-        std::size_t const first = pieces[0].Find(text, 0, textCase);
+        first = needed->Find(text, 0, textCase);
         if (first == NotFound || isContained) {
             return first != NotFound;
         }
-        text.remove_prefix(text.rfind(u' ', first) + 1); // words in front of it need no look; npos + 1 is 0
     }
     auto const fits = [this, textCase](std::u16string_view word) { return Fits(word, textCase); };
-    if (AnyBetween(text, FindBlank, fits)) {
-        return true;
-    }
     // What fits a piece of a word fits the word too, unless an end is held.
-    return isAnchored && (!tailSearch || tailSearch->Find(text, 0, textCase) != NotFound) &&
-           AnyBetween(text, FindBlankOrJoint, fits);
+    return AnyBetween<Blank>(text, first, fits) || (isAnchored && AnyBetween<BlankOrJoint>(text, first, fits));
 }
 
 } // namespace detail

@@ -41,7 +41,7 @@ private:
     std::u16string head;
     std::u16string tail; ///< Empty for a pattern without a star, which is all head.
     std::vector<PieceSearch> pieces;
-    std::optional<PieceSearch> tailSearch; ///< Tells of texts without it.
+    std::optional<PieceSearch> tailSearch; ///< Tells of texts that have no such tail anywhere.
     bool hasStar = false;
     bool isAnchored = false;  ///< Whether head or tail hold it to an end of the word.
     bool isContained = false; ///< Whether it fits each word that has its one piece, a plain one, anywhere.
