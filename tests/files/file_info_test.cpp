@@ -3,7 +3,6 @@
 
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
-#include "zeltools/files/file_types.h"
 
 #include <gtest/gtest.h>
 
@@ -11,20 +10,9 @@ namespace {
 
 using Text = CXTString<char16_t>;
 
-CFileInfo Parse(Text const& text, unsigned int mode = FileNameTypeAuto) {
-    CFileInfo info;
-    info.Init(CFileNameSpec(text), mode, nullptr);
-    return info;
-}
-
 struct SplitRow {
     char const* name;
-    char16_t const* text;
-    char16_t const* root;
-    char16_t const* path;
-    char16_t const* nameWithoutExtension;
-    char16_t const* extension;
-    char16_t const* query;
+    char16_t const *text, *root, *path, *nameWithoutExtension, *extension, *query;
 };
 
 SplitRow const splitRows[] = {
@@ -71,21 +59,6 @@ TEST(FileInfo, ADerivedClassCanTakeTheStepsAgain) {
     EXPECT_EQ(lost.GetRoot(), u"\\");
     lost.Repeat();
     EXPECT_EQ(lost.GetRoot(), u"");
-}
-
-TEST(FileInfo, TriesTheParsersOfAnExtensionInTheirOrder) {
-    CFileInfo info = Parse(u"\\films\\a.WMV");
-    EXPECT_EQ(info.GetClass(), FourCC("MPG4"));
-    EXPECT_EQ(info.GetParserNbr(), 2u);
-    EXPECT_TRUE(info.CanTryAnotherParser());
-    info.TryNextParser();
-    EXPECT_EQ(info.GetClass(), FourCC("WMV "));
-    EXPECT_FALSE(info.CanTryAnotherParser());
-    info.TryNextParser();
-    EXPECT_EQ(info.GetClass(), FourCC("WMV "));
-    CHashTable<unsigned int> classes;
-    EXPECT_EQ(info.GetClass(classes), 2u);
-    EXPECT_TRUE(classes.IsFound(FourCC("MPG4")));
 }
 
 } // namespace

@@ -2,9 +2,9 @@
 #include "zeltools/files/file_types.h"
 
 #include "tests/support/printers.h"
+#include "tests/support/thrown.h"
 #include "zeltools/files/file_info.h"
 #include "zeltools/files/registered_file.h"
-#include "zeltools/foundation/xexception.h"
 
 #include <gtest/gtest.h>
 #include <thread>
@@ -29,14 +29,8 @@ protected:
 };
 
 TEST_F(FileTypes, AnEmptyExtensionListThrowsAndLeavesTheRegistryUsable) {
-    for (char16_t const* list : {u"", u"|"}) {
-        try {
-            Register(list, FourCC("EMPT"), 0x10001);
-            FAIL();
-        } catch (CXInvalidArgException* exception) {
-            exception->Delete();
-        }
-    }
+    for (char16_t const* list : {u"", u"|"})
+        EXPECT_EQ(support::Thrown([&] { Register(list, FourCC("EMPT"), 0x10001); }), "argument");
     EXPECT_EQ(fileGetProperties(FourCC("EMPT")), 0u);
     std::thread([] { EXPECT_EQ(fileGetClass(u"a.bmp"), FourCC("BMP ")); }).join(); // the lock is free
 }
@@ -71,7 +65,7 @@ TEST_F(FileTypes, UnregisteringTakesAwayWhatItIsToldTo) {
 }
 
 TEST_F(FileTypes, LookUpsByExtensionRunBesideRegistrations) {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (unsigned int n = 0; n < 4; ++n) {
         threads.emplace_back([n] {
             for (int i = 0; i < 200; ++i) {
@@ -88,9 +82,7 @@ TEST_F(FileTypes, LookUpsByExtensionRunBesideRegistrations) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear(); // waits for each
     EXPECT_EQ(CRegisteredFile::Instance().GetParserCount(u".shared"), 600u);
 }
 

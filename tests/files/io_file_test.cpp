@@ -6,9 +6,8 @@
 #include "tests/support/noting_desktop.h"
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/thrown.h"
 #include "zeltools/files/reverse_buffer.h"
-#include "zeltools/foundation/xarchive_exception.h"
-#include "zeltools/foundation/xfile_exception.h"
 #include "zeltools/persistence/stdio_file_ex.h"
 #include "zeltools/persistence/xfile_find.h"
 
@@ -19,23 +18,8 @@
 
 namespace {
 
+using support::Thrown;
 using Wide = CXTString<char16_t>;
-
-/// The cause that a call throws; none for nothing.
-template <class Call>
-CXFileException::FileExceptionType CauseOf(Call call) {
-    try {
-        call();
-    } catch (CXFileException* exception) {
-        auto const cause = exception->cause;
-        exception->Delete();
-        return cause;
-    } catch (CXException* exception) {
-        exception->Delete();
-        return CXFileException::genericException;
-    }
-    return CXFileException::none;
-}
 
 class IoFileModes : public testing::TestWithParam<unsigned int> {
 protected:
@@ -68,15 +52,14 @@ TEST_P(IoFileModes, ReadsWholeReversedAndShort) {
 
     EXPECT_TRUE(file.FileSeek(6, CXFile::begin));
     bool const throws = (GetParam() & IoFileThrow) != 0;
-    auto const shortCause = throws ? CXFileException::endOfFile : CXFileException::none;
-    EXPECT_EQ(CauseOf([&] { EXPECT_FALSE(file.FileReverseRead(bytes, 4)); }), shortCause);
+    auto const shortCause = throws ? "cause " + std::to_string(CXFileException::endOfFile) : "nothing";
+    EXPECT_EQ(Thrown([&] { EXPECT_FALSE(file.FileReverseRead(bytes, 4)); }), shortCause);
     EXPECT_THAT(bytes, testing::ElementsAre(7, 8, 9, 2, 9, 8, 7, 6)); // in the file's order
     EXPECT_TRUE(file.FileSeek(-1, CXFile::end));
     EXPECT_EQ(file.FileBufferRead(bytes, 8), 1u);
-    EXPECT_EQ(CauseOf([&] { EXPECT_EQ(file.FileBufferRead(bytes, 8), 0u); }), shortCause);
-    EXPECT_EQ(CauseOf([&] { EXPECT_FALSE(file.FileRead(bytes, 1)); }), shortCause);
-    EXPECT_EQ(CauseOf([&] { EXPECT_FALSE(file.FileReverseRead(bytes, 0xFFFFFFFF, 0xFFFFFFFF)); }) !=
-                  CXFileException::none,
+    EXPECT_EQ(Thrown([&] { EXPECT_EQ(file.FileBufferRead(bytes, 8), 0u); }), shortCause);
+    EXPECT_EQ(Thrown([&] { EXPECT_FALSE(file.FileRead(bytes, 1)); }), shortCause);
+    EXPECT_EQ(Thrown([&] { EXPECT_FALSE(file.FileReverseRead(bytes, 0xFFFFFFFF, 0xFFFFFFFF)); }) != "nothing",
               throws); // no wrap to a small number of bytes
     if (!throws) {
         EXPECT_FALSE(file.FileSeek(-1, CXFile::begin));
@@ -106,9 +89,8 @@ TEST_P(IoFileModes, WritesNumbersAndReversedItems) {
 
     // An item larger than the piece that is turned at a time.
     std::string large(10'001, '\0');
-    for (std::size_t i = 0; i < large.size(); ++i) {
+    for (std::size_t i = 0; i < large.size(); ++i)
         large[i] = static_cast<char>(i * 7);
-    }
     ASSERT_TRUE(file.OpenFile(Path(), false, nullptr));
     file.FileReverseWrite(large.data(), static_cast<unsigned int>(large.size()));
     file.CloseFile(true); // an abort still brings what lies in memory to the disk
@@ -125,14 +107,14 @@ TEST_P(IoFileModes, FailuresAreTold) {
     EXPECT_EQ(error.cause, CXFileException::fileNotFound);
     EXPECT_EQ(file.GetCFile(), nullptr);
     int number = 0;
-    EXPECT_EQ(CauseOf([&] { EXPECT_FALSE(file.FileRead(&number, 4)); }) != CXFileException::none,
-              (GetParam() & IoFileThrow) != 0);
+    bool const throws = (GetParam() & IoFileThrow) != 0;
+    EXPECT_EQ(Thrown([&] { EXPECT_FALSE(file.FileRead(&number, 4)); }) != "nothing", throws);
     file.FileWrite(&number, 4);
     EXPECT_FALSE(file.FileSeek(0, CXFile::begin));
 
     ASSERT_TRUE(file.OpenFile(u"\\dev\\full", false, nullptr));
     file.WriteInt(1);
-    EXPECT_EQ(CauseOf([&] { file.CloseFile(false); }) != CXFileException::none, (GetParam() & IoFileThrow) != 0);
+    EXPECT_EQ(Thrown([&] { file.CloseFile(false); }) != "nothing", throws);
     EXPECT_EQ(file.GetCFile(), nullptr);
 }
 
@@ -188,15 +170,12 @@ TEST(IoFile, TextIsReadAndWrittenInItsEncoding) {
 
 TEST(IoFile, FindsByBeginningExtensionAndType) {
     TemporaryFolder const folder;
-    for (char const* const name : {"ab.png", "ab.tif", "abc", "b.png", "ab.mpeg", "ab.mpg", "sub/x.png"}) {
+    for (char const* const name : {"ab.png", "ab.tif", "abc", "b.png", "ab.mpeg", "ab.mpg", "sub/x.png"})
         folder.Write(name);
-    }
     struct {
-        char const* name;
-        char const* path;
+        char const *name, *path;
         char16_t const* pattern;
-        bool applyFilter;
-        bool filterless;
+        bool applyFilter, filterless;
         char const* found;
     } const rows[] = {
         {"everything", "", u"", true, true, "ab.mpeg ab.mpg ab.png ab.tif abc b.png sub/ "},

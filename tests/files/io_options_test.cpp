@@ -4,10 +4,10 @@
 #include "tests/support/noting_desktop.h"
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/thrown.h"
 #include "zeltools/foundation/application_preferences.h"
 #include "zeltools/foundation/application_product_name.h"
 #include "zeltools/foundation/start_and_close.h"
-#include "zeltools/foundation/xexception.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -36,24 +36,16 @@ TEST(IoOptions, LogKeepsWhatIsAddedWhileItIsOn) {
     options.SetFlag(IoOptionsShowLog, true);
     EXPECT_TRUE(options.IsLogEnabled());
     options.AddLogInfo(IoLogInfo::Error, static_cast<unsigned int>(-1), u"C:\\a\\b.tga");
-    try {
-        options.AddLogInfo(static_cast<IoLogInfo::loglevel>(-1), u"two");
-        ADD_FAILURE() << "a negative level is misuse";
-    } catch (CXInvalidArgException* exception) {
-        exception->Delete();
-    }
+    EXPECT_EQ(support::Thrown([&] { options.AddLogInfo(static_cast<IoLogInfo::loglevel>(-1), u"two"); }), "argument");
     // Another thread can log after that, and many at once.
-    std::vector<std::thread> workers;
+    std::vector<std::jthread> workers;
     for (int i = 0; i < 4; ++i) {
         workers.emplace_back([&] {
-            for (int line = 0; line < 100; ++line) {
+            for (int line = 0; line < 100; ++line)
                 options.AddLogInfo(IoLogInfo::Plain, u"x");
-            }
         });
     }
-    for (std::thread& worker : workers) {
-        worker.join();
-    }
+    workers.clear(); // waits for each
     options.DisplayLog(0, nullptr);
     ASSERT_EQ(desktop.boxes.size(), 1u);
     Wide const& shown = desktop.boxes[0].text;
@@ -67,9 +59,8 @@ unsigned int StartingDisplay() {
     CIoOptions options(false);
     options.SetFlag(IoOptionsKeepDisplay, true);
     unsigned int bits = 0;
-    for (unsigned int bit = 0x20000; bit != 0; bit <<= 1) {
+    for (unsigned int bit = 0x20000; bit != 0; bit <<= 1)
         bits |= options.IsFlagSet(Flag(bit)) ? bit : 0;
-    }
     return bits;
 }
 
@@ -84,9 +75,8 @@ void UseDisplay(unsigned int bits) {
 [[noreturn]] void StartAndLeave(std::string const& folder, unsigned int expected, unsigned int next, bool closes) {
     setenv("XDG_DATA_HOME", folder.c_str(), 1);
     SetInternalProductName(u"Catalogue", 0, true);
-    if (closes) {
+    if (closes)
         InitQuenbyApplication(nullptr, nullptr, 0, nullptr);
-    }
     bool const isExpected = StartingDisplay() == expected;
     UseDisplay(next);
     { CIoOptions const without(false); } // no display option to remember
@@ -102,18 +92,16 @@ TEST(IoOptionsDeathTest, DisplayOptionsOutliveTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     // A folder that each of the processes finds, since each runs this test from its beginning.
     static TemporaryFolder* const own = getenv("ZEL_TEST_FOLDER") ? nullptr : new TemporaryFolder;
-    if (own != nullptr) {
+    if (own != nullptr)
         setenv("ZEL_TEST_FOLDER", own->Native().c_str(), 1);
-    }
     std::string const folder = getenv("ZEL_TEST_FOLDER");
     EXPECT_EXIT(StartAndLeave(folder, 0, 0x60000, true), testing::ExitedWithCode(0), "");
     EXPECT_EXIT(StartAndLeave(folder, 0x60000, 0x80000000, false), testing::ExitedWithCode(0), "");
     EXPECT_EXIT(StartAndLeave(folder, 0x80000000, 0x80000000, false), testing::ExitedWithCode(0), "");
     if (own != nullptr) {
         int files = 0;
-        for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        for (auto const& entry : std::filesystem::recursive_directory_iterator(folder))
             files += entry.path().filename() == "Catalogueio.prefs" ? 1 : 0;
-        }
         EXPECT_EQ(files, 1);
         delete own;
     }

@@ -49,18 +49,12 @@ protected:
         return loaded;
     }
 
-    static PluginReport const* FindReport(Text const& path) {
-        for (PluginReport const& report : GetPluginReports()) {
-            if (report.path == path) {
-                return &report;
-            }
-        }
-        return nullptr;
-    }
+    /// The report on a file; of no path when there is none.
     static PluginReport ReportOf(Text const& path) {
-        PluginReport const* const report = FindReport(path);
-        EXPECT_NE(report, nullptr);
-        return report ? *report : PluginReport();
+        for (PluginReport const& report : GetPluginReports())
+            if (report.path == path)
+                return report;
+        return {};
     }
 
     TemporaryFolder folder;
@@ -111,6 +105,7 @@ TEST_F(Plugins, RefusesWhatIsNoneAndSaysWhy) {
     for (Row const& row : rows) {
         EXPECT_FALSE(Load(row.path));
         PluginReport const report = ReportOf(row.path);
+        EXPECT_EQ(report.path, row.path);
         EXPECT_EQ(report.outcome, row.outcome) << testing::PrintToString(report.path);
         EXPECT_FALSE(GetPluginOutcomeText(report).IsEmpty());
     }
@@ -197,7 +192,7 @@ TEST_F(Plugins, RegistersTheTypesOfOneKindAndGoesOnAfterBadOnes) {
     EXPECT_EQ(ReportOf(Path("b.so")).outcome, PluginHasNoTypes);
     EXPECT_EQ(ReportOf(Path("c.so")).outcome, PluginIsNoLibrary);
     EXPECT_EQ(ReportOf(Path("d.so")).classes.GetSize(), 1);
-    EXPECT_EQ(FindReport(Path("not_by_name.bin")), nullptr);
+    EXPECT_TRUE(ReportOf(Path("not_by_name.bin")).path.IsEmpty());
     EXPECT_TRUE(Load(Path("d.so"))); // another lock changes nothing in what is told
     EXPECT_EQ(ReportOf(Path("d.so")).classes.GetSize(), 1);
     FreePlugins(Entry);
@@ -215,7 +210,7 @@ TEST_F(Plugins, TheFilterTakesOnlyItsClasses) {
     EXPECT_EQ(FilterPlugins(FourCC("NONE")), 1);
     RegisterIOPlugins(FileKindBitmap, folder.Path().c_str());
     EXPECT_EQ(ReportOf(path).outcome, PluginHasNoSuitableTypes);
-    EXPECT_EQ(FindReport(Path("backends\\")), nullptr); // what a plug-in brings along is none
+    EXPECT_TRUE(ReportOf(Path("backends\\")).path.IsEmpty()); // what a plug-in brings along is none
     EXPECT_NE(std::getenv("ZOO_RELEASED"), nullptr);
     EXPECT_FALSE(Load(path));
 }

@@ -13,8 +13,7 @@ using Text = CXTString<char16_t>;
 
 TEST(AbsolutePaths, RelativeToABase) {
     struct {
-        char16_t const* base;
-        char16_t const* path;
+        char16_t const *base, *path;
         bool removeDotSlash;
         FILENAME_TYPE type;
         char16_t const* relative;
@@ -27,15 +26,13 @@ TEST(AbsolutePaths, RelativeToABase) {
         {u"C:\\a\\b", u"C:\\a\\c.txt", true, FileNameTypeFile, u"C:\\a\\c.txt"},      // the base lacks its backslash
         {u"\\home\\ana\\", u"\\var\\x.png", true, FileNameTypeFile, u"\\var\\x.png"}, // a lone root is nothing shared
     };
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(fileMakeRelativePath(row.base, row.path, row.removeDotSlash, row.type), row.relative);
-    }
 }
 
 TEST(AbsolutePaths, FromABase) {
     struct {
-        char16_t const* base;
-        char16_t const* path;
+        char16_t const *base, *path;
         bool terminate;
         char16_t const* absolute;
     } const rows[] = {
@@ -45,9 +42,8 @@ TEST(AbsolutePaths, FromABase) {
         {u"", u"", true, u"\\"},
         {u"", u"no such name", false, u"\\no such name"},
     };
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(fileMakeAbsolutePath(row.base, row.path, row.terminate), row.absolute);
-    }
     TemporaryFolder const folder;
     folder.Write("sub/a.txt");
     EXPECT_EQ(fileMakeAbsolutePath(folder.Path().c_str(), u"sub", false), (folder.Path("sub") + u"\\").c_str());
@@ -56,8 +52,7 @@ TEST(AbsolutePaths, FromABase) {
 
 TEST(DirectoryCompare, TellsWhichIsInside) {
     struct {
-        char16_t const* a;
-        char16_t const* b;
+        char16_t const *a, *b;
         DirCompare result;
     } const rows[] = {
         {u"C:\\A\\b", u"c:\\a\\B\\", DirSame},
@@ -67,9 +62,8 @@ TEST(DirectoryCompare, TellsWhichIsInside) {
         {u"C:\\a\\bc", u"C:\\a\\b", DirDifferent},
         {u"\\x\\a\\b\\y", u"\\a\\b", DirFirstInSecond}, // anywhere in the text
     };
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(fileCompareDirectory(row.a, row.b), row.result) << testing::PrintToString(Text(row.a));
-    }
     EXPECT_TRUE(fileIsSameFile(u"C:/a/./B.txt", u"c:\\A\\b.TXT"));
     EXPECT_FALSE(fileIsSameFile(u"", u"C:\\a"));
     EXPECT_TRUE(fileIsSameDir(u"C:\\a\\x.y", u"c:\\A\\other"));

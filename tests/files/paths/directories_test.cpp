@@ -47,9 +47,8 @@ TEST(FileCreateDirectory, MakesTheWayAndTakesItBackOnFailure) {
 
 TEST(FileRemoveDirectory, KeepsListedExtensions) {
     TemporaryFolder const disk;
-    for (char const* const name : {"tree/a.TXT", "tree/b.png", "tree/sub/c.txt", "tree/gone/d.png"}) {
+    for (char const* const name : {"tree/a.TXT", "tree/b.png", "tree/sub/c.txt", "tree/gone/d.png"})
         disk.Write(name);
-    }
     Text const tree = disk.Path("tree/").c_str();
     CXArray<Text> keep;
     keep.Add(u".txt");
@@ -69,9 +68,8 @@ TEST(FileRemoveDirectory, KeepsListedExtensions) {
 
 TEST(FileGetFileCount, CountsFoldersAndEntersNoLink) {
     TemporaryFolder const disk;
-    for (char const* const name : {"a", ".b", "sub/c", "sub/d.e", "sub/deeper/f"}) {
+    for (char const* const name : {"a", ".b", "sub/c", "sub/d.e", "sub/deeper/f"})
         disk.Write(name);
-    }
     fs::create_directory_symlink(".", disk.Native() + "sub/loop");
     EXPECT_EQ(fileGetFileCount(disk.Path().c_str(), false), 3);
     EXPECT_EQ(fileGetFileCount(disk.Path().c_str(), true), 8);

@@ -49,8 +49,7 @@ TEST(IoTimeOutRule, SaysWhichCallsAreGuarded) {
     struct Row {
         CXTString<char16_t> const* path;
         unsigned int timeOut;
-        bool forced;
-        bool guarded;
+        bool forced, guarded;
     } const rows[] = {
         {&networkPath, 5, false, true},     {&networkPath, 0, false, false}, {&networkPath, 0xFFFFFFFF, true, false},
         {&localPath, 5, false, false},      {&localPath, 5, true, true},     {&localPath, 0x80000005, false, true},
@@ -90,9 +89,8 @@ TEST_F(IoTimeOuts, GuardEndsAHangingOpenAtItsLimit) {
     EXPECT_TRUE(fileTimeOut(IoTimeOutBegin, guard, nullptr, 0));
     EXPECT_TRUE(fileTimeOut(IoTimeOutFree, guard, nullptr, 0)); // without an End
     EXPECT_EQ(guard, nullptr);
-    for (IoTimeOut const operation : {IoTimeOutBegin, IoTimeOutEnd, IoTimeOutFree}) {
+    for (IoTimeOut const operation : {IoTimeOutBegin, IoTimeOutEnd, IoTimeOutFree})
         EXPECT_FALSE(fileTimeOut(operation, guard, &networkPath, 30));
-    }
 }
 
 TEST_F(IoTimeOuts, FastCallLeavesWordAndErrorAlone) {
@@ -130,17 +128,14 @@ TEST_F(IoTimeOuts, TenThousandRoundsLeakNeitherThreadNorDescriptor) {
     std::size_t const threadsBefore = EntryCount("/proc/self/task");
     std::size_t const descriptorsBefore = EntryCount("/proc/self/fd");
     constexpr int workers = 40; // the rounds wait, they do not compute
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int number = 0; number < workers; ++number) {
         threads.emplace_back([&] {
-            for (int turn = 0; turn < 10'000 / workers; ++turn) {
+            for (int turn = 0; turn < 10'000 / workers; ++turn)
                 round();
-            }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear(); // waits for each
     EXPECT_EQ(EntryCount("/proc/self/fd"), descriptorsBefore);
     while (EntryCount("/proc/self/task") > threadsBefore) { // a watcher lives a little longer than its call
         platform::Sleep(1);

@@ -30,9 +30,8 @@ TEST(PathNumbering, RaisesTheNumber) {
         {u"abc.txt", true, 2, u" (1).txt"}, // the number is never cut
         {u"C:\\x\\img2147483647.tif", false, 0, u"C:\\x\\img-2147483648.tif"},
     };
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(fileNextNumberedName(row.path, row.parenthesis, row.maxName), row.next);
-    }
 }
 
 TEST(PathNumbering, UniqueNameIsTheFirstThatIsFree) {
@@ -40,9 +39,8 @@ TEST(PathNumbering, UniqueNameIsTheFirstThatIsFree) {
     auto const at = [&](char const* name) { return Text(folder.Path(name).c_str()); };
     EXPECT_EQ(fileCreateUniqueName(at("shot.png"), false, 0, false), at("shot.png"));
     EXPECT_EQ(fileCreateUniqueName(at("shot.png"), false, 0, true), at("shot1.png"));
-    for (char const* taken : {"shot.png", "shot (1).png", "shot (2).png"}) {
+    for (char const* taken : {"shot.png", "shot (1).png", "shot (2).png"})
         folder.Write(taken);
-    }
     EXPECT_EQ(fileCreateUniqueName(at("shot.png"), true, 0, false), at("shot (3).png"));
     EXPECT_EQ(fileCreateUniqueName(at("shot (1).png"), true, 0, true), at("shot (3).png"));
 }

@@ -19,12 +19,7 @@ std::u16string Owned(std::u16string_view view) {
 struct PartsRow {
     char16_t const* text;
     unsigned int mode;
-    char16_t const* complete;
-    char16_t const* root;
-    char16_t const* path;
-    char16_t const* name;
-    char16_t const* extension;
-    char16_t const* query;
+    char16_t const *complete, *root, *path, *name, *extension, *query;
     unsigned int flags;
 };
 
@@ -75,17 +70,11 @@ TEST(PathParts, SplitsWithoutTheDisk) {
 // The directory part of the tables that the walks through a path's levels go by.
 TEST(PathParts, GivesTopAndParentDirectories) {
     struct {
-        char16_t const* text;
-        char16_t const* top;
-        char16_t const* parent;
-        char16_t const* withoutRoot;
+        char16_t const *text, *parent, *withoutRoot;
     } const levels[] = {
-        {u"C:\\a\\b\\c.txt", u"b", u"C:\\a\\", u"a\\b\\"},
-        {u"C:\\a\\", u"a", u"C:\\", u"a\\"},
-        {u"C:\\", u"C:", u"", u""},
-        {u"\\\\srv\\share\\x", u"share", u"\\\\srv\\", u""},
-        {u"\\\\srv\\", u"srv", u"", u""}, // a server has no parent
-        {u"C:\\a\\\\", u"a", u"C:\\a\\", u"a\\\\"},
+        {u"C:\\a\\b\\c.txt", u"C:\\a\\", u"a\\b\\"}, {u"C:\\a\\", u"C:\\", u"a\\"}, {u"C:\\", u"", u""},
+        {u"\\\\srv\\share\\x", u"\\\\srv\\", u""},   {u"\\\\srv\\", u"", u""}, // a server has no parent
+        {u"C:\\a\\\\", u"C:\\a\\", u"a\\\\"},
     };
     for (auto const& row : levels) {
         PathParts const parts(row.text);
@@ -135,8 +124,7 @@ TEST(PathParts, FindsTheNumberOfAName) {
         char16_t const* name;
         bool trailingOnly;
         int number;
-        char16_t const* pattern;
-        char16_t const* digits;
+        char16_t const *pattern, *digits;
     } const numbers[] = {
         {u"12abc3", false, 3, u"12abc*", u"3"},
         {u"12abc3x", false, 12, u"*abc3x", u"12"}, // a leading number outranks one in the middle

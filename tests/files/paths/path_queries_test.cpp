@@ -83,9 +83,8 @@ TEST_F(PathQueries, AccessIsTestedAgainstWhoHasItOpen) {
         {"new", FileAccessCreate, true},
         {"none/new", FileAccessCreate, false},
     };
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(fileCheckAccess(At(row.name), row.flags), row.isAllowed) << row.name << ' ' << row.flags;
-    }
     CloseFile(reader);
     EXPECT_FALSE(disk.Exists("new"));
     EXPECT_EQ(disk.Read("file.TXT"), "12345");

@@ -30,9 +30,8 @@ __attribute__((visibility("default"))) bool ZOO_ENTRY(IoPluginMode mode, void* a
         setenv("ZOO_RELEASED", "1", 1); // where the test can see it, since the library is gone afterwards
         return true;
     }
-    if (mode != IoPluginEnumerate || ZOO_ANSWER == 0) {
+    if (mode != IoPluginEnumerate || ZOO_ANSWER == 0)
         return false;
-    }
     auto& types = *static_cast<CXArray<CFileExt>*>(argument);
     if (ZOO_ANSWER == 2) {
         types.Add(CFileExt(u"Without a name", u"|", FourCC("ZOO0"), FilePropertyLoad | FileKindBitmap, FileIdPlugin,
