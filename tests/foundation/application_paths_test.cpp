@@ -49,8 +49,7 @@ TEST_F(Application, PathIsTheProgramsUntilItIsSet) {
     std::u16string const bin = Below("bin") + u'\\';
     std::u16string const programName = Text(GetApplicationName(false));
     struct Row {
-        std::u16string set;
-        std::u16string path;
+        std::u16string set, path;
     } const rows[] = {
         {Below("bin/host.app"), bin + u"host.app"},
         {std::u16string(folder.Path()) + u"bin/host.app", bin + u"host.app"}, // either slash

@@ -19,22 +19,16 @@ void Log() {
 
 class ExitCallbacks : public testing::Test {
 protected:
-    void SetUp() override {
-        detail::DeleteExitCallbackTable();
-        calls.clear();
-    }
-    void TearDown() override { detail::DeleteExitCallbackTable(); }
+    ExitCallbacks() { detail::DeleteExitCallbackTable(); }
+    ~ExitCallbacks() override { detail::DeleteExitCallbackTable(); }
 
-    static std::string Close() {
+    static std::string CallsOf(void (*run)()) {
         calls.clear();
-        detail::RunExitCallbacks();
+        run();
         return calls;
     }
-    static std::string BeforeClose() {
-        calls.clear();
-        detail::RunBeforeCloseCallbacks();
-        return calls;
-    }
+    static std::string Close() { return CallsOf(&detail::RunExitCallbacks); }
+    static std::string BeforeClose() { return CallsOf(&detail::RunBeforeCloseCallbacks); }
 };
 
 TEST_F(ExitCallbacks, LowestUnsignedPriorityFirstAndEachOnce) {

@@ -26,9 +26,8 @@ class FirstLaunch : public testing::TestWithParam<Place> {
 protected:
     FirstLaunch() {
         SetInternalProductName(u"Catalogue", 3, true);
-        if (GetParam() == Place::ProfileFile) {
+        if (GetParam() == Place::ProfileFile)
             application.SetProfileFile(folder.Path("profile.ini").c_str());
-        }
     }
 
     bool Ask(int* major, int* minor, bool reset = false) {
@@ -95,16 +94,6 @@ TEST(FirstLaunchNowhere, IsAlwaysTrue) {
     EXPECT_TRUE(IsFirstLaunch(nullptr, true, false, &major, nullptr));
     EXPECT_EQ(major, -1);
     EXPECT_TRUE(IsFirstLaunch(nullptr, true, false, nullptr, nullptr));
-}
-
-TEST(FirstLaunchNowhere, BuildStampHasTheFormOfTheCompiler) {
-    // "May 11 2026" and "17:44:45"
-    std::u16string_view const date = detail::BuildStamp()[0];
-    std::u16string_view const time = detail::BuildStamp()[1];
-    ASSERT_EQ(date.size(), 11U);
-    ASSERT_EQ(time.size(), 8U);
-    EXPECT_EQ(date[3], u' ');
-    EXPECT_EQ(time[2], u':');
 }
 
 } // namespace

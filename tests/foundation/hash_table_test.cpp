@@ -63,30 +63,6 @@ using Containers =
                    Open<CHashMap<CXTString<char>, CXTString<char> const&, int>, CXTString<char>>>;
 TYPED_TEST_SUITE(HashContainer, Containers);
 
-TYPED_TEST(HashContainer, CopyFindsKeyBehindTombstone) {
-    using Methods = CHashMethods<decltype(TypeParam::KeyOf(0))>;
-    for (unsigned int size : {23u, 97u, 1361u}) {
-        auto const startOf = [size](int i) { return Methods::Hash(TypeParam::KeyOf(i)) % size; };
-        // Key 0 stands behind a deleted slot, which in the copy has no key of its own.
-        int before = 1;
-        while (startOf(before) != startOf(0))
-            ++before;
-        TypeParam table(size);
-        table.Enter(before);
-        table.Enter(0);
-        table.Leave(before);
-        EXPECT_TRUE(TypeParam(table).Has(0)) << size;
-        EXPECT_EQ(TypeParam(table).Leave(0), 1) << size;
-        // Here the deleted slot keeps the very key that was in it before the assignment.
-        TypeParam assigned(size);
-        assigned.Enter(0);
-        assigned = table;
-        EXPECT_TRUE(assigned.Has(0)) << size;
-        assigned.Clear();
-        EXPECT_FALSE(assigned.Has(0)) << size;
-    }
-}
-
 TYPED_TEST(HashContainer, WalkGoesOnWhenItsElementIsRemoved) {
     TypeParam table;
     for (int i = 0; i < 50; ++i)

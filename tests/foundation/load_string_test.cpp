@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/printers.h"
+#include "zeltools/foundation/format_string.h"
 #include "zeltools/foundation/xload_string.h"
 #include "zeltools/platform/language.h"
-#include "zeltools/resources/string_table_private.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -16,22 +16,6 @@ protected:
     void TearDown() override { platform::SetThreadUILanguage(0); }
 };
 
-unsigned const ids[] = {
-#define ZEL_STRING(id, english, french) id,
-#include "zeltools/resources/strings.inc"
-#undef ZEL_STRING
-};
-
-// The conversions of a format in their order: what stands from each percent sign to its letter.
-std::u16string Conversions(std::u16string_view text) {
-    std::u16string conversions;
-    for (std::size_t at = text.find(u'%'); at != text.npos; at = text.find(u'%', at + 1)) {
-        std::size_t const letter = text.find_first_of(u"cCdiouxXeEfgGaAsSpn%", at + 1);
-        conversions += text.substr(at, letter - at + 1);
-    }
-    return conversions;
-}
-
 TEST_F(LoadString, FollowsTheLanguageOfItsThread) {
     EXPECT_EQ(xLoadString(5362), u"True");
     platform::SetThreadUILanguage(platform::LanguageFrench);
@@ -43,18 +27,13 @@ TEST_F(LoadString, FollowsTheLanguageOfItsThread) {
     }).join();
     EXPECT_EQ(other, platform::LanguageEnglish);
     EXPECT_EQ(xLoadString(5362), u"Vrai");
+    EXPECT_EQ(FormatString(5313u, 1, 2, 3), u"1 2 3 (RVB)");
+    EXPECT_EQ(FormatString(4u), u""); // no such row
+    EXPECT_EQ(FormatString(nullptr), u"");
     platform::SetThreadUILanguage(0x0C0C); // French of Canada
     EXPECT_EQ(xLoadString(5342), u"Faux");
     platform::SetThreadUILanguage(1031); // German has no texts
     EXPECT_EQ(xLoadString(5342), u"False");
-}
-
-// A French format that takes other arguments would read what was never passed.
-TEST_F(LoadString, BothLanguagesTakeTheSameArguments) {
-    for (unsigned const id : ids)
-        EXPECT_EQ(Conversions(platform::FindString(id, platform::LanguageEnglish)),
-                  Conversions(platform::FindString(id, platform::LanguageFrench)))
-            << id;
 }
 
 TEST(LanguageOfEnvironment, FollowsTheVariablesInTheirOrder) {

@@ -5,12 +5,10 @@
 
 namespace {
 
-struct PrimeRow {
-    unsigned int number, prime;
-};
-
 TEST(NextPrime, GivesFirstPrimeNotBelow) {
-    PrimeRow const rows[] = {
+    struct {
+        unsigned int number, prime;
+    } const rows[] = {
         {0, 1},
         {2, 3},   // below 3 the successor
         {8, 11},  // 9 is the first odd number that is tested
@@ -21,7 +19,7 @@ TEST(NextPrime, GivesFirstPrimeNotBelow) {
         {4294967291u, 4294967291u}, // the last one
         {4294967292u, 0},
     };
-    for (PrimeRow const& row : rows)
+    for (auto const& row : rows)
         EXPECT_EQ(NextPrime(row.number), row.prime) << row.number;
 }
 

@@ -79,9 +79,8 @@ TEST_F(StartAndCloseDeath, BeforeCloseWaitsForEveryCustomThread) {
             public:
                 Worker() : CCustomThread(false) {}
                 bool Run() override {
-                    while (!MustTerminate()) {
+                    while (!MustTerminate())
                         SleepCurrentThread(1);
-                    }
                     return true;
                 }
             };

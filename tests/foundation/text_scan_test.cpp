@@ -37,16 +37,12 @@ public:
             EXPECT_EQ(m_memory[i], fill) << "written behind the target";
         if (std::all_of(m_memory.get(), m_memory.get() + m_size, [](unsigned char byte) { return byte == fill; }))
             return "-";
-        if (m_kind == "i8")
-            return std::to_string(As<signed char>());
-        if (m_kind == "i16")
-            return std::to_string(As<short>());
-        if (m_kind == "i32" || m_kind == "n")
-            return std::to_string(As<int>());
-        if (m_kind == "i64")
-            return std::to_string(As<long long>());
         char text[24];
-        if (m_kind == "f32" || m_kind == "f64") {
+        if (m_kind.front() == 'i' || m_kind == "n") {
+            int const above = 64 - (m_kind == "n" ? 32 : std::stoi(m_kind.substr(1)));
+            return std::to_string(As<long long>() << above >> above);
+        }
+        if (m_kind.front() == 'f') {
             if (m_kind == "f32")
                 std::snprintf(text, sizeof text, "%08X", As<unsigned>());
             else

@@ -9,8 +9,7 @@
 namespace {
 
 struct Utf8Row {
-    char const* name;
-    char const* bytes;
+    char const *name, *bytes;
     int measured; // without a target
     int written;  // with one, terminator included
     std::u16string_view units;
@@ -26,7 +25,6 @@ Utf8Row const utf8Rows[] = {
     {"ContinuationAloneFails", "a\x80z", 0, 0, u"a"},
     {"LeadWithoutContinuationFails", "a\xC3z", 0, 0, u"a"},
     {"ThirdByteMissingFails", "a\xE2\x82z", 0, 0, u"a"},
-    {"CutTwoBytesFail", "a\xC3", 0, 0, u"a"},
     {"CutThreeBytesFail", "a\xE2\x82", 0, 0, u"a"},
     {"NoLeadFails", "\xFF", 0, 0, u""},
 };
