@@ -169,32 +169,15 @@ TEST(CustomDataFormat, ReadsEveryGeneration) {
 
 TEST(CustomDataFormat, DumpsEachKind) {
     // An id of a small number shows as nothing: its first byte ends the text.
-    EXPECT_EQ(Load(Kinds).DumpCustomData(true, 1), u"\t ( INT) : -2\r\n"
-                                                   u"\t (UINT) : 4000000000\r\n"
-                                                   u"\t (LONG) : -3\r\n"
-                                                   u"\t (ULON) : 5\r\n"
-                                                   u"\t (LLON) : \r\n"
-                                                   u"\t (ULLO) : 30064771072\r\n"
-                                                   u"\t (CHAR) : 122\r\n"
-                                                   u"\t (UCHR) : 255\r\n"
-                                                   u"\t (BOOL) : 1\r\n"
-                                                   u"\t (FLOA) : 1.500000\r\n"
-                                                   u"\t (DOUB) : -0.250000\r\n"
-                                                   u"\t (PTR6) : 0x3456789A\r\n"
-                                                   u"\t (TIMX) : ?\r\n"
-                                                   u"\t (TIME) : ?\r\n"
-                                                   u"\t ( BIN) : 0xDE 0xAD \r\n"
-                                                   u"\t (UNIC) : Z\u00E9\r\n"
-                                                   u"\t (ANSI) : oak\r\n"
-                                                   u"\t (USTR) : a, , b, \r\n"
-                                                   u"\t (ARRA) : 3 elements (10 bytes)\r\n"
-                                                   u"\t (CDA2) : Sub data\r\n"
-                                                   u"\t ( INT) : 7\r\n");
-    EXPECT_EQ(Load(OlderKinds).DumpCustomData(true, 0), u" (PTR ) : 0x0\r\n"
-                                                        u" (UTF8) : Z\u00E9\r\n"
-                                                        u" (ASTR) : a, b, \r\n"
-                                                        u" (U8TR) : \u00E9, \r\n"
-                                                        u" (CDAT) : ?\r\n");
+    EXPECT_EQ(Load(Kinds).DumpCustomData(true, 1),
+              u"\t ( INT) : -2\r\n\t (UINT) : 4000000000\r\n\t (LONG) : -3\r\n\t (ULON) : 5\r\n\t (LLON) : \r\n"
+              u"\t (ULLO) : 30064771072\r\n\t (CHAR) : 122\r\n\t (UCHR) : 255\r\n\t (BOOL) : 1\r\n"
+              u"\t (FLOA) : 1.500000\r\n\t (DOUB) : -0.250000\r\n\t (PTR6) : 0x3456789A\r\n"
+              u"\t (TIMX) : ?\r\n\t (TIME) : ?\r\n\t ( BIN) : 0xDE 0xAD \r\n"
+              u"\t (UNIC) : Z\u00E9\r\n\t (ANSI) : oak\r\n\t (USTR) : a, , b, \r\n"
+              u"\t (ARRA) : 3 elements (10 bytes)\r\n\t (CDA2) : Sub data\r\n\t ( INT) : 7\r\n");
+    EXPECT_EQ(Load(OlderKinds).DumpCustomData(true, 0),
+              u" (PTR ) : 0x0\r\n (UTF8) : Z\u00E9\r\n (ASTR) : a, b, \r\n (U8TR) : \u00E9, \r\n (CDAT) : ?\r\n");
 }
 
 TEST(CustomDataFormat, DumpIndentsEachFurtherNestedStoreByOne) {

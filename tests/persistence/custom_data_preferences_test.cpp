@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Stores in preferences files, on a real disk that fails in real ways.
 
+#include "tests/persistence/file_kinds.h"
 #include "tests/support/format_page.h"
 #include "tests/support/temporary_folder.h"
 #include "zeltools/foundation/application_product_name.h"
@@ -24,6 +25,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using support::OpenDescriptors;
 using Wide = CXTString<char16_t>;
 
 constexpr unsigned int ValueId = FourCC("VALU");
@@ -44,62 +46,25 @@ std::string RecordOf(unsigned int key1, unsigned int key2, unsigned int value) {
            Word(ValueId) + Word(4) + Word(CustomDataUInt) + Word(value);
 }
 
-/// Notes the lines of the log for the length of a test.
-class NotedLog {
-public:
-    NotedLog() { SetLogCallback(&Note, this); }
-    ~NotedLog() { SetLogCallback(nullptr, nullptr); }
-    NotedLog(NotedLog const&) = delete;
-    NotedLog& operator=(NotedLog const&) = delete;
+/// Runs an action as a user whom permissions hold back; nobody else can become one.
+template <class Action>
+void Unprivileged(Action const& action) {
+    bool const isRoot = geteuid() == 0;
+    ASSERT_TRUE(!isRoot || seteuid(65534) == 0);
+    action();
+    ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+}
 
-    bool Names(std::u16string const& path) const { return lines.find(path) != std::u16string::npos; }
-
-private:
-    static void Note(unsigned int, Wide text, bool, void* user) {
-        static_cast<NotedLog*>(user)->lines += static_cast<char16_t const*>(text);
-    }
-
-    std::u16string lines;
-};
-
-/// A user whom permissions hold back, for the length of a test; nobody else can be one.
-class UnprivilegedUser {
-public:
-    UnprivilegedUser() : isRoot(geteuid() == 0) {
-        if (isRoot && seteuid(65534) != 0) {
-            throw std::runtime_error("the user cannot be changed");
-        }
-    }
-    ~UnprivilegedUser() {
-        if (isRoot && seteuid(0) != 0) {
-            std::abort();
-        }
-    }
-    UnprivilegedUser(UnprivilegedUser const&) = delete;
-    UnprivilegedUser& operator=(UnprivilegedUser const&) = delete;
-
-private:
-    bool isRoot;
-};
-
-class Limit {
-public:
-    Limit(__rlimit_resource limited, rlim_t value) : resource(limited) {
-        getrlimit(resource, &before);
-        rlimit const limit{value, before.rlim_max};
-        setrlimit(resource, &limit);
-    }
-    ~Limit() { setrlimit(resource, &before); }
-    Limit(Limit const&) = delete;
-    Limit& operator=(Limit const&) = delete;
-
-private:
-    __rlimit_resource resource;
+/// The answer of an action while the process may have no more of a resource.
+template <class Action>
+bool Limited(__rlimit_resource resource, rlim_t value, Action const& action) {
     rlimit before{};
-};
-
-int OpenDescriptors() {
-    return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
+    getrlimit(resource, &before);
+    rlimit const limit{value, before.rlim_max};
+    setrlimit(resource, &limit);
+    bool const answer = action();
+    setrlimit(resource, &before);
+    return answer;
 }
 
 class Preferences : public testing::Test {
@@ -120,9 +85,8 @@ protected:
     /// The names in the folder, each followed by a blank.
     std::string Names(std::string const& below = {}) const {
         std::string names;
-        for (fs::directory_entry const& entry : fs::directory_iterator(folder.Native() + below)) {
+        for (fs::directory_entry const& entry : fs::directory_iterator(folder.Native() + below))
             names += entry.path().filename().string() + " ";
-        }
         return names;
     }
 
@@ -171,11 +135,8 @@ TEST_F(Preferences, MissingFileIsTakenFromThePreviousVersion) {
     Wide const path = folder.Path("Catalogue 41977/a.prefs").c_str();
     CCustomData store;
     EXPECT_FALSE(store.LoadFromPrefs(path, 1, 2, false));
-    NotedLog const log;
     EXPECT_TRUE(store.LoadFromPrefs(path, 1, 2, true));
     EXPECT_TRUE(folder.Exists("Catalogue 41977/a.prefs"));
-    EXPECT_TRUE(log.Names(std::u16string(u"InitApplication: ") + static_cast<char16_t const*>(path) +
-                          u" file is missing. Get back from previous version\n"));
     detail::ForgetProductName();
 }
 
@@ -187,23 +148,26 @@ TEST_F(Preferences, DamagedFileIsLeftByALoadAndSetAsideByASave) {
     std::memcpy(hugeStore.data() + 16, "\xFF\xFF\xFF\xFF", 4);
     std::vector<std::string> damaged = {"", wrongMagic, hugeStore, Word(3) + whole.substr(4),
                                         Word(0xFFFFFFFF) + whole.substr(4)};
-    for (std::size_t length = 0; length < whole.size(); ++length) {
+    for (std::size_t length = 0; length < whole.size(); ++length)
         damaged.push_back(whole.substr(0, length));
-    }
+    static std::u16string logged;
+    SetLogCallback([](unsigned int, Wide text, bool, void*) { logged += text.GetConstBuffer(); }, nullptr);
+    auto const isTold = [&](char const* name) { return logged.find(folder.Path(name)) != std::u16string::npos; };
     for (std::string const& bytes : damaged) {
         SCOPED_TRACE(support::HexText(bytes));
         folder.Write("a.prefs", bytes);
-        NotedLog const log;
+        logged.clear();
         EXPECT_EQ(Load(9, 9), 0u);
-        EXPECT_TRUE(log.Names(folder.Path("a.prefs")));
+        EXPECT_TRUE(isTold("a.prefs"));
         EXPECT_EQ(folder.Read("a.prefs"), bytes);
 
         EXPECT_FALSE(Save(9, 9, 1));
         EXPECT_EQ(Names(), "a.prefs.lost ");
         EXPECT_EQ(folder.Read("a.prefs.lost"), bytes);
-        EXPECT_TRUE(log.Names(folder.Path("a.prefs.lost")));
+        EXPECT_TRUE(isTold("a.prefs.lost"));
         fs::remove(folder.Native() + "a.prefs.lost");
     }
+    SetLogCallback(nullptr, nullptr);
 }
 
 TEST_F(Preferences, FileIsAsItWasWhenTheNewOneCannotBePutInPlace) {
@@ -221,20 +185,13 @@ TEST_F(Preferences, FileIsAsItWasWhenTheNewOneCannotBePutInPlace) {
         CXFile const other(Path(), XFILE_OPEN_READ | XFILE_SHARE_EXCLUSIVE);
         expectNothingDone("the file is in use");
     }
-    {
-        // Anybody may write here, and only the owner of a name may replace it.
-        chmod(folder.Native().c_str(), 01777);
-        chmod((folder.Native() + "a.prefs").c_str(), 0666);
-        if (geteuid() == 0) {
-            UnprivilegedUser const user;
-            expectNothingDone("the rename is refused");
-        }
-    }
-    {
-        chmod(folder.Native().c_str(), 0555);
-        UnprivilegedUser const user;
-        expectNothingDone("the folder is read-only");
-    }
+    // Anybody may write here, and only the owner of a name may replace it.
+    chmod(folder.Native().c_str(), 01777);
+    chmod((folder.Native() + "a.prefs").c_str(), 0666);
+    if (geteuid() == 0)
+        Unprivileged([&] { expectNothingDone("the rename is refused"); });
+    chmod(folder.Native().c_str(), 0555);
+    Unprivileged([&] { expectNothingDone("the folder is read-only"); });
     chmod(folder.Native().c_str(), 0755);
     EXPECT_EQ(Names(), "a.prefs ");
     EXPECT_TRUE(Save(1, 1, 12));
@@ -242,17 +199,14 @@ TEST_F(Preferences, FileIsAsItWasWhenTheNewOneCannotBePutInPlace) {
 
 TEST_F(Preferences, RunningOutOfDescriptorsLosesNothing) {
     ASSERT_TRUE(Save(1, 1, 11));
-    int const open = OpenDescriptors();
+    std::ptrdiff_t const open = OpenDescriptors();
     int const firstFree = dup(0); // no descriptor below it is free, and limits go by the number
     close(firstFree);
     int succeeded = 0;
     for (unsigned int spare = 0; spare < 8; ++spare) {
         std::string const before = folder.Read("a.prefs");
-        bool isSaved = false;
-        {
-            Limit const limit(RLIMIT_NOFILE, static_cast<rlim_t>(firstFree) + spare);
-            isSaved = Save(1, 2, 100 + spare);
-        }
+        bool const isSaved =
+            Limited(RLIMIT_NOFILE, static_cast<rlim_t>(firstFree) + spare, [&] { return Save(1, 2, 100 + spare); });
         succeeded += isSaved ? 1 : 0;
         if (!isSaved) {
             EXPECT_EQ(folder.Read("a.prefs"), before) << spare;
@@ -269,7 +223,7 @@ TEST_F(Preferences, FullDiskSetsTheOldFileAside) {
     CCustomData large;
     std::string const bytes(200'000, 'x');
     large.SetBinary(ValueId, bytes.data(), static_cast<unsigned int>(bytes.size()));
-    int const open = OpenDescriptors();
+    std::ptrdiff_t const open = OpenDescriptors();
     auto const expectSetAside = [&](std::string const& below, std::function<bool(Wide const&)> const& save) {
         Wide const path = folder.Path(below + "a.prefs").c_str();
         ASSERT_TRUE(StoreOf(11).SaveToPrefs(path, 1, 1));
@@ -280,8 +234,7 @@ TEST_F(Preferences, FullDiskSetsTheOldFileAside) {
     };
     expectSetAside("", [&](Wide const& path) {
         std::signal(SIGXFSZ, SIG_IGN);
-        Limit const limit(RLIMIT_FSIZE, 100'000);
-        return large.SaveToPrefs(path, 1, 2);
+        return Limited(RLIMIT_FSIZE, 100'000, [&] { return large.SaveToPrefs(path, 1, 2); });
     });
     std::string const mounted = folder.Native() + "small";
     fs::create_directory(mounted);
@@ -304,9 +257,8 @@ TEST_F(Preferences, KilledSaveLeavesTheOldFileOrTheNew) {
         pid_t const child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            for (unsigned int value = last + 1;; ++value) {
+            for (unsigned int value = last + 1;; ++value)
                 Save(1, 1, value);
-            }
         }
         usleep(500 + kills * 977 % 9000);
         kill(child, SIGKILL);

@@ -2,8 +2,8 @@
 #include "zeltools/persistence/custom_data.h"
 
 #include "tests/support/printers.h"
+#include "tests/support/thrown.h"
 #include "tests/support/time_zone.h"
-#include "zeltools/foundation/xexception.h"
 #include "zeltools/persistence/custom_data_class.h"
 
 #include <gtest/gtest.h>
@@ -175,12 +175,7 @@ TEST(CustomData, UtcTimeKeepsToItsBounds) {
     EXPECT_FALSE(data.HasData());
     CXTime time = 5;
     data.SetUTCTime(1, -1); // stored, but before 1970 when read back
-    EXPECT_THROW(
-        try { data.GetUTCTime(1, time); } catch (CXInvalidArgException* e) {
-            e->Delete();
-            throw 0;
-        },
-        int);
+    EXPECT_EQ(support::Thrown([&] { data.GetUTCTime(1, time); }), "argument");
     EXPECT_EQ(time.GetTime(), 5);
     EXPECT_FALSE(data.GetUTCTime(2, time, 7));
     EXPECT_EQ(time.GetTime(), 7);

@@ -54,11 +54,10 @@ TEST(CustomDataThreads, SixteenShareAStore) {
             static_cast<void>(shared.GetTimeStamp());
         }
     };
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (unsigned int own = 1; own <= threadCount; ++own)
         threads.emplace_back(work, own);
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // waits for each
     EXPECT_EQ(torn, 0);
     EXPECT_EQ(shared.GetIDCount(), 2 + threadCount);
 }

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "zeltools/foundation/xfile_exception.h"
+#include "tests/support/thrown.h"
+#include "zeltools/foundation/xstring.h"
 
 #include <filesystem>
 #include <string>
@@ -15,25 +16,6 @@ template <class File>
 std::u16string NextLine(File& file) {
     CXTString<char16_t> line;
     return file.ReadString(line) ? static_cast<char16_t const*>(line) : u"<none>";
-}
-
-/// What a call throws: "cause 13", "memory", "argument" or "nothing".
-template <class Call>
-std::string Thrown(Call call) {
-    try {
-        call();
-    } catch (CXFileException* e) {
-        std::string const cause = "cause " + std::to_string(e->cause);
-        e->Delete();
-        return cause;
-    } catch (CXMemoryException* e) {
-        e->Delete();
-        return "memory";
-    } catch (CXInvalidArgException* e) {
-        e->Delete();
-        return "argument";
-    }
-    return "nothing";
 }
 
 /// Descriptors that the process has open.

@@ -7,7 +7,6 @@
 #include "zeltools/foundation/application_product_name.h"
 #include "zeltools/foundation/win_app.h"
 #include "zeltools/persistence/reg_util.h"
-#include "zeltools/platform/profile_text.h"
 
 #include <gtest/gtest.h>
 
@@ -21,9 +20,8 @@ protected:
     Profile() {
         application.SetRegistryKey(u"Maker");
         application.SetProfileName(u"Catalogue");
-        if (GetParam()) {
+        if (GetParam())
             application.SetProfileFile(folder.Path("profile.ini").c_str());
-        }
     }
     static std::string Binary(char16_t const* entry) {
         void* data = &data;
@@ -148,19 +146,6 @@ TEST(ProfileOfAHost, BytesGoByItsOwnOperationsBothWays) {
     EXPECT_TRUE(WriteProfileLongUInt(u"S", u"x", 7));
     EXPECT_EQ(GetProfileLongUInt(u"S", u"x", number, 0), 1);
     EXPECT_EQ(number, 7U);
-}
-
-/// What follows a mark, or a section that goes, may look like a mark itself.
-TEST(ProfileText, FirstLineThatBeginsLikeAMarkStaysText) {
-    for (char const* const content :
-         {"\xEF\xBB\xBF\xFF\xFE[a]\n", "[old]\n\xFF\xFE[a]\n", "[old]\n\xEF\xBB\xBF[a]\n"}) {
-        std::string bytes = content;
-        platform::ChangeProfile(bytes, u"old", nullptr, nullptr);
-        std::u16string value;
-        EXPECT_TRUE(platform::ChangeProfile(bytes, u"s", u"e", u"v"));
-        EXPECT_TRUE(platform::FindInProfile(bytes, u"s", u"e", value));
-        EXPECT_EQ(value, u"v");
-    }
 }
 
 } // namespace

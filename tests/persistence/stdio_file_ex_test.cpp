@@ -34,9 +34,8 @@ protected:
     std::u16string Lines(CStdioFileEx& file) {
         std::u16string text;
         CXTString<char16_t> line;
-        while (file.ReadString(line)) {
+        while (file.ReadString(line))
             (text += line) += u'|';
-        }
         return text;
     }
 };
@@ -136,8 +135,7 @@ TEST_F(CStdioFileExTest, WritesTextAsItIsStored) {
     struct {
         unsigned int flags;
         int codePage;
-        std::string before;
-        std::string stored;
+        std::string before, stored;
     } const rows[] = {
         {WideOutput, -1, "x", Utf16Mark + Utf16(u"\xE9\n\xE9\r\n")},
         {WideOutput | XFILE_OPEN_NO_TRUNCATE, -1, "", Utf16Mark + Utf16(u"\xE9\n\xE9\r\n")},
@@ -222,9 +220,8 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
         EXPECT_TRUE(number == -1.5e-3 && endless > 1e308 && a == 7) << before;
     }
     std::string numbers;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 20'000; ++i)
         numbers += "10 ";
-    }
     folder.Write("file", numbers); // each scan looks only at its own
     ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
     for (b = 0; file.FScanfS(u"%d", &a) == 1; b += a) {

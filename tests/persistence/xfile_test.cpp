@@ -77,9 +77,8 @@ TEST(CXFile, OpensOrSaysWhyNot) {
                       {ofLength(260), ReadWriteAlways, CXFileException::badPath},
                       {in("file"), ReadWriteAlways, 0},
                       {in("new"), XFILE_OPEN_CREATE | XFILE_OPEN_WRITE, 0}};
-    for (auto const& row : rows) {
+    for (auto const& row : rows)
         EXPECT_EQ(OpenCause(row.path, row.flags), row.cause) << testing::PrintToString(row.path);
-    }
     EXPECT_EQ(folder.Read("file"), "old");
     EXPECT_FALSE(CXFile().Open(nullptr, 0, nullptr));
     EXPECT_EQ(Thrown([&] { CXFile(folder.Path().c_str(), XFILE_OPEN_READ); }), "cause 5");

@@ -119,9 +119,7 @@ TEST(CXMemFile, GivesItsBufferToAnArchive) {
     EXPECT_EQ(file.Content(), "012345678901");
 
     struct {
-        unsigned long long position;
-        unsigned long long count;
-        unsigned long long span;
+        unsigned long long position, count, span;
     } const rows[] = {{0, 5, 5}, {5, 100, 7}, {4, UINT_MAX, 8}, {12, 1, 0}, {30, 4, 0}, {6, ULLONG_MAX, 6}};
     for (auto const& row : rows) {
         file.Seek(static_cast<long long>(row.position), CXFile::begin);
@@ -139,8 +137,7 @@ TEST(CXMemFile, GivesItsBufferToAnArchive) {
 
 TEST(CCustomMemFile, GrowsByAFactorOrBySteps) {
     struct {
-        unsigned int flags;
-        unsigned int step;
+        unsigned int flags, step;
         unsigned long long first;
         unsigned long long second;          // capacity after one byte beyond the first
     } const rows[] = {{1, 100, 1000, 2000}, // the first growth of 1000 is the step from then on

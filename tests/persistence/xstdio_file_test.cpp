@@ -31,9 +31,8 @@ protected:
     /// Each character of a text as a little-endian unit.
     static std::string Units(std::string_view text) {
         std::string bytes;
-        for (char const c : text) {
+        for (char const c : text)
             (bytes += c) += '\0';
-        }
         return bytes;
     }
 };
@@ -90,9 +89,8 @@ TEST_F(CXStdioFileTest, LinesOfEveryLengthAsTheyAreStored) {
         char mark = 0;
         EXPECT_EQ(file.Read(&mark, isShifted ? 1 : 0), isShifted ? 1U : 0U);
         std::string joined;
-        for (std::u16string line; (line = NextLine(file)) != u"<none>";) {
+        for (std::u16string line; (line = NextLine(file)) != u"<none>";)
             joined.append(line.begin(), line.end()) += '\n';
-        }
         EXPECT_TRUE(joined == (isOdd ? text + '\n' : text)) << row.flags;
     }
 }
@@ -103,9 +101,8 @@ TEST_F(CXStdioFileTest, EveryPlaceOfALargeTranslatedFile) {
     for (bool const isWide : {false, true}) {
         std::size_t const unit = isWide ? 2 : 1;
         std::string text;
-        while (text.size() < 200'000) {
+        while (text.size() < 200'000)
             text += std::string(random() % 5, 'x') + "\r\r\n\n"[random() % 4] + (random() % 3 == 0 ? "\r\n" : "");
-        }
         folder.Write("file", isWide ? Units(text) : text);
         CXStdioFile file(path.c_str(), isWide ? WideText : Text);
         std::vector<std::pair<char, std::size_t>> model; // characters of the stream, and where the file has them
@@ -122,9 +119,8 @@ TEST_F(CXStdioFileTest, EveryPlaceOfALargeTranslatedFile) {
             }
             std::string bytes(std::min<std::size_t>(random() % 3000, model.size() - at) * unit, '?');
             ASSERT_EQ(file.Read(bytes.data(), bytes.size()), bytes.size());
-            for (std::size_t i = 0; i < bytes.size(); i += unit) {
+            for (std::size_t i = 0; i < bytes.size(); i += unit)
                 ASSERT_EQ(bytes[i], model[at++].first) << at;
-            }
             ASSERT_EQ(file.GetPosition(), at == model.size() ? text.size() * unit : model[at].second);
             ASSERT_EQ(std::ftell(file.GetStream()), static_cast<long>(file.GetPosition())); // the host asks the same
         }
@@ -157,9 +153,8 @@ TEST_F(CXStdioFileTest, BoundedLinesKeepCharactersWhole) {
     CXStdioFile file(path.c_str(), Text);
     char16_t units[4];
     std::u16string text;
-    while (file.ReadString(units, 3)) {
+    while (file.ReadString(units, 3))
         (text += units) += u'|';
-    }
     EXPECT_EQ(text, u"a|\xD83D\xDE00|\xE9\xFFFD| b|\n|\xFFFDz|");
     EXPECT_EQ(file.ReadString(nullptr, 3), nullptr);
     EXPECT_EQ(file.ReadString(units, 0), nullptr);
