@@ -201,13 +201,7 @@ TEST(LocalToSeconds, FollowsTheClocksOfTheZone) {
     };
     for (Row const& row : rows) {
         TimeZone const zone(row.zone);
-        std::tm record{};
-        record.tm_year = 124;
-        record.tm_mon = row.month - 1;
-        record.tm_mday = row.day;
-        record.tm_hour = row.hour;
-        record.tm_min = row.minute;
-        record.tm_isdst = row.isDst;
+        std::tm record{0, row.minute, row.hour, row.day, row.month - 1, 124, 0, 0, row.isDst, 0, nullptr};
         EXPECT_EQ(LocalToSeconds(&record), row.seconds) << row.month << '-' << row.day << ' ' << row.isDst;
         EXPECT_EQ(Format(u"%H:%M %z %Z", record), row.shown) << row.month << '-' << row.day << ' ' << row.isDst;
     }
@@ -216,11 +210,11 @@ TEST(LocalToSeconds, FollowsTheClocksOfTheZone) {
 TEST(LocalToSeconds, FieldsAtTheEndsOfTheirTypeNeitherOverflowNorHang) {
     TimeZone const zone(TimeZone::Paris);
     std::tm record{};
-    record.tm_year = record.tm_mon = record.tm_mday = record.tm_hour = record.tm_min = record.tm_sec = INT_MAX;
-    EXPECT_EQ(LocalToSeconds(&record), -1);
-    EXPECT_EQ(record.tm_sec, INT_MAX); // untouched
-    record.tm_year = record.tm_mon = record.tm_mday = record.tm_hour = record.tm_min = record.tm_sec = INT_MIN;
-    EXPECT_EQ(LocalToSeconds(&record), -1);
+    for (int const end : {INT_MAX, INT_MIN}) {
+        record.tm_year = record.tm_mon = record.tm_mday = record.tm_hour = record.tm_min = record.tm_sec = end;
+        EXPECT_EQ(LocalToSeconds(&record), -1);
+        EXPECT_EQ(record.tm_sec, end); // untouched
+    }
 }
 
 TEST(FormatTime, AgreesWithTheRecordings) {

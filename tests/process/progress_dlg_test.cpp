@@ -52,27 +52,25 @@ TEST(ProgressCallbacks, OnlyTheTopIsCalledAndOnlyACancelQuestionIsRemembered) {
 }
 
 TEST(ProgressCallbacks, ListenerMayPushAndPopDuringItsCall) {
-    struct Nesting {
-        static bool Push(unsigned int, ProcessProgressInfo const&, void* user) {
-            for (int i = 0; i < 100; ++i) { // so many that the stack moves
-                processProgressPushCallback(&Listener::Hear, user);
-            }
-            return true;
+    auto const push = [](unsigned int, ProcessProgressInfo const&, void* user) {
+        for (int i = 0; i < 100; ++i) { // so many that the stack moves
+            processProgressPushCallback(&Listener::Hear, user);
         }
-        static bool PopItself(unsigned int, ProcessProgressInfo const&, void*) {
-            processProgressPopCallback();
-            return true;
-        }
+        return true;
+    };
+    auto const popItself = [](unsigned int, ProcessProgressInfo const&, void*) {
+        processProgressPopCallback();
+        return true;
     };
     Listener pushed;
-    processProgressPushCallback(&Nesting::Push, &pushed);
+    processProgressPushCallback(push, &pushed);
     EXPECT_TRUE(processProgressCallCallback(64, {}));
     for (int i = 0; i < 100; ++i) {
         EXPECT_FALSE(processProgressPopCallback());
     }
     EXPECT_TRUE(processProgressPopCallback()); // the answer went to the one that gave it
     processProgressPushCallback(&Listener::Hear, &pushed);
-    processProgressPushCallback(&Nesting::PopItself, nullptr);
+    processProgressPushCallback(popItself, nullptr);
     EXPECT_TRUE(processProgressCallCallback(64, {}));
     EXPECT_FALSE(processProgressPopCallback());
     EXPECT_FALSE(processProgressPopCallback());

@@ -11,12 +11,6 @@
 
 namespace {
 
-// The ids below belong to no thread; the registry never asks the system about them.
-class ThreadRegistry : public testing::Test {
-protected:
-    ~ThreadRegistry() override { detail::DeleteThreadTables(); }
-};
-
 struct FlagFunctions {
     char const* name;
     void (*set)(bool, unsigned long long);
@@ -28,6 +22,7 @@ FlagFunctions const flagFunctions[] = {
     {"Silent", &SetSilentThread, &IsSilentThread},
 };
 
+// The ids below belong to no thread; the registry never asks the system about them.
 class ThreadFlag : public testing::TestWithParam<FlagFunctions> {
 protected:
     ~ThreadFlag() override { detail::DeleteThreadTables(); }
@@ -64,10 +59,10 @@ TEST_P(ThreadFlag, ZeroIsTheCaller) {
 }
 
 TEST_P(ThreadFlag, AskingEndsOnACircle) {
-    AttachThread(1001, 1002);
-    AttachThread(1002, 1003);
+    for (unsigned long long id = 1000; id < 1003; ++id) {
+        AttachThread(id, id + 1);
+    }
     AttachThread(1003, 1001);
-    AttachThread(1000, 1001);
     Set(true, 5);
     EXPECT_FALSE(Ask(1000));
     Set(true, 1003);
@@ -85,9 +80,9 @@ TEST_P(ThreadFlag, LongChainIsWalkedToItsEnd) {
 INSTANTIATE_TEST_SUITE_P(Each, ThreadFlag, testing::ValuesIn(flagFunctions),
                          [](auto const& row) { return row.param.name; });
 
-TEST_F(ThreadRegistry, ManyThreadsSetAskAndDeleteAtOnce) {
+TEST(ThreadRegistry, ManyThreadsSetAskAndDeleteAtOnce) {
     std::atomic<bool> stop{false};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (unsigned long long number = 1; number <= 3; ++number) {
         threads.emplace_back([&stop, number] {
             unsigned long long const child = number * 10 + 1;
@@ -107,9 +102,8 @@ TEST_F(ThreadRegistry, ManyThreadsSetAskAndDeleteAtOnce) {
         ShouldCancelThread(0);
     }
     stop = true;
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();
+    detail::DeleteThreadTables();
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 TEST(CXCriticalSection, LetsOneThreadInAtATime) {
     CXCriticalSection lock;
     long long sum = 0; // not atomic: two threads inside would lose turns
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&] {
             for (int turn = 0; turn < 20'000; ++turn) {
@@ -23,9 +23,7 @@ TEST(CXCriticalSection, LetsOneThreadInAtATime) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();
     EXPECT_EQ(sum, 80'000);
     EXPECT_FALSE(lock.IsLocked());
 }
