@@ -49,15 +49,15 @@ std::unique_ptr<SearchExplanation::Level> SearchExplanation::MakeLevel(CXTString
 }
 
 std::string SearchExplanation::Understood() const {
-    if (top->matcher.GetOperations().IsEmpty()) {
-        return Indent(0) + "everything\n";
-    }
     std::string text;
     TellOperands(*top, 0, text);
     return text;
 }
 
 void SearchExplanation::TellOperands(Level const& level, int depth, std::string& text) const {
+    if (level.matcher.GetOperations().IsEmpty()) {
+        text += Indent(depth) + "everything\n";
+    }
     for (int index = 0; index < level.matcher.GetOperations().GetSize(); ++index) {
         CXStringMatch::WordOperation const& operation = level.matcher.GetOperations()[index];
         Level const* const group = level.groups[static_cast<std::size_t>(index)].get();

@@ -95,6 +95,7 @@ TEST_F(ZelFind, ExplainsTheExpressionAndTheAnswers) {
     EXPECT_THAT(outcome.output, Not(HasSubstr("chair")));
     EXPECT_THAT(Find({"--explain", "ana"}).output, HasSubstr("  *ana*                         ana in Artist\n"));
     EXPECT_THAT(Find({"--explain", ""}).output, HasSubstr("  everything\n"));
+    EXPECT_THAT(Find({"--explain", "a (&)"}).output, HasSubstr("  and      group\n    everything\n"));
 
     // Deeper than any stack is, and than a page is wide.
     std::string const deep = std::string(50'000, '(') + "a ^ b";
