@@ -114,9 +114,9 @@ TEST(TagValueStorage, ReadsItsOwnStore) {
 
 TEST(TagValue, ReadsTextAndNumberThroughAPointer) {
     CTagValue value;
-    CXTString<char16_t> const text(u"Wood");
     unsigned int const number = 0xFFFFFFFF;
-    EXPECT_EQ(value.GetValueFromVoid(&text, TAGDATA_FILENAME), 1);
+    value.GetStringArray(false).Add(u"Wood");
+    EXPECT_EQ(value.GetValueFromVoid(&value.GetStringArray(false)[0], TAGDATA_FILENAME), 1);
     EXPECT_EQ(value.GetValueFromVoid(nullptr, TAGDATA_TEXT), 0);
     EXPECT_EQ(value.GetFilename(), u"Wood");
     EXPECT_EQ(value.GetValueFromVoid(&number, TAGDATA_COLOR), 1);

@@ -76,19 +76,20 @@ bool ReadInfo(CCustomData const& data, unsigned int id, CCustomData& target) {
 int CTagValue::GetValueFromVoid(void const* source, _TAGDATA_INFO sourceType) {
     if (!source)
         return 0;
-    CXTString<char16_t> const* const sourceText = static_cast<CXTString<char16_t> const*>(source);
+    // The source may be an object of this value, or lie in one, so it is read before they are emptied.
     unsigned int const base = sourceType & TAGDATA_BASE_MASK;
-    if (base == TAGDATA_TEXT && sourceText == text) {
-        type = static_cast<_TAGDATA_INFO>(sourceType & TAGDATA_MASK); // the own text, which Init would empty
-        return 1;
-    }
-    Init();
-    if (base == TAGDATA_TEXT)
-        GetText() = *sourceText;
-    else if (base == TAGDATA_UINT)
-        number = *static_cast<unsigned int const*>(source);
-    else
+    if (base == TAGDATA_TEXT) {
+        CXTString<char16_t> const copy(*static_cast<CXTString<char16_t> const*>(source));
+        Init();
+        GetText() = copy;
+    } else if (base == TAGDATA_UINT) {
+        unsigned int const value = *static_cast<unsigned int const*>(source);
+        Init();
+        number = value;
+    } else {
+        Init();
         return 0;
+    }
     type = static_cast<_TAGDATA_INFO>(sourceType & TAGDATA_MASK);
     return 1;
 }
