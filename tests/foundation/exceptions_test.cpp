@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/thrown.h"
 #include "zeltools/foundation/exit_callbacks_private.h"
 #include "zeltools/foundation/thread_exceptions.h"
-#include "zeltools/foundation/xarchive_exception.h"
-#include "zeltools/foundation/xexception.h"
-#include "zeltools/foundation/xfile_exception.h"
 #include "zeltools/foundation/xload_string.h"
 #include "zeltools/platform/errors.h"
 #include "zeltools/platform/language.h"
@@ -75,12 +73,12 @@ TEST(FileException, ThrowsOrFillsTheTarget) {
     using F = CXFileException;
     struct {
         unsigned int error;
-        F::FileExceptionType type;
-        F::FileExceptionType cause;
+        F::FileExceptionType type, cause;
+        char const* thrown;
     } const rows[] = {
-        {32, F::badSeek, F::sharingViolation},
-        {0, F::badSeek, F::badSeek},
-        {0, F::none, F::none}, // nothing happened, so nothing is thrown
+        {32, F::badSeek, F::sharingViolation, "cause 11"},
+        {0, F::badSeek, F::badSeek, "cause 9"},
+        {0, F::none, F::none, "nothing"}, // nothing happened, so nothing is thrown
     };
     for (auto const& row : rows) {
         F target(F::endOfFile, u"old");
@@ -88,16 +86,8 @@ TEST(FileException, ThrowsOrFillsTheTarget) {
         F::ThrowOsError(row.type, u"C:\\a", &target);
         EXPECT_EQ(target.cause, row.cause);
         EXPECT_TRUE(target.fileName == u"C:\\a");
-        F::FileExceptionType thrown = F::none;
-        try {
-            platform::SetLastError(row.error);
-            F::ThrowOsError(row.type, u"C:\\a");
-        } catch (F* exception) {
-            thrown = exception->cause;
-            EXPECT_TRUE(exception->fileName == u"C:\\a");
-            XDeleteThreadException();
-        }
-        EXPECT_EQ(thrown, row.cause);
+        platform::SetLastError(row.error);
+        EXPECT_EQ(support::Thrown([&] { F::ThrowOsError(row.type, u"C:\\a"); }), row.thrown);
     }
 }
 

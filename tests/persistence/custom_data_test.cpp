@@ -34,6 +34,11 @@ struct Store : CCustomData {
         GetInt(id, value, missing);
         return value;
     }
+    std::string Binary(unsigned int id) const {
+        unsigned int byteCount = 0;
+        char const* const bytes = static_cast<char const*>(GetCustomPtr(id, byteCount));
+        return std::string(bytes, byteCount);
+    }
     unsigned int Bytes() const {
         unsigned int byteCount = 0;
         GetData(byteCount);
@@ -148,11 +153,8 @@ TEST(CustomData, StoresItsOwnBytes) {
     data.SetBinary(3, data.GetCustomPtr(2, size), 4);
     data.SetBinary(1, data.GetCustomPtr(2, size), 3);
     data.SetCustomData(4, data);
-    char bytes[4] = {};
-    EXPECT_TRUE(data.GetBinary(3, bytes, 4));
-    EXPECT_EQ(std::string(bytes, 4), "efgh");
-    EXPECT_TRUE(data.GetBinary(1, bytes, 3));
-    EXPECT_EQ(std::string(bytes, 3), "efg");
+    EXPECT_EQ(data.Binary(3), "efgh");
+    EXPECT_EQ(data.Binary(1), "efg");
     Store inner;
     EXPECT_TRUE(data.GetCustomData(4, inner));
     EXPECT_EQ(inner.Ids(), (Ids{2, 3, 1}));
@@ -291,18 +293,20 @@ TEST(CustomData, GivesItsBufferAwayAndTakesOne) {
 }
 
 TEST(CustomData, TextsEndWithTheirChunk) {
+    /// The text with its end, behind '+' where it was found and '-' where the default stands for it.
+    auto const text = [](CCustomData const& data, unsigned int id) {
+        CXTString<char16_t> value;
+        bool const isThere = data.GetString(id, value, u"default");
+        return (isThere ? u"+" : u"-") + support::Whole(value);
+    };
     CCustomData data;
-    CXTString<char16_t> wide;
     CXTString<char> narrow;
     data.SetString(1, u"");
     EXPECT_EQ(data.GetDataSize(1), 2u);
-    EXPECT_TRUE(data.GetString(1, wide, u"default"));
-    EXPECT_EQ(wide, u"");
-    EXPECT_FALSE(data.GetString(2, wide, u"default"));
-    EXPECT_EQ(wide, u"default");
+    EXPECT_EQ(text(data, 1), u"+");
+    EXPECT_EQ(text(data, 2), u"-default");
     data.SetInt(2, 1);
-    EXPECT_TRUE(data.GetString(2, wide, u"no text")); // there, though no text
-    EXPECT_EQ(wide, u"no text");
+    EXPECT_EQ(text(data, 2), u"+default"); // there, though no text
     data.SetString(1, u"\u20AC");
     EXPECT_TRUE(data.GetStringA(1, narrow));
     EXPECT_EQ(narrow, "\xE2\x82\xAC");
@@ -310,10 +314,8 @@ TEST(CustomData, TextsEndWithTheirChunk) {
     Store torn(Chunk(1, 5, CustomDataWide, std::string("a\0b\0c", 5)) + Chunk(2, 2, CustomDataNarrow, "ab") +
                Chunk(3, 5, CustomDataWideList, std::string("a\0\0\0b", 5)) +
                Chunk(4, 3, CustomDataNarrowList, std::string("a\0b", 3)));
-    EXPECT_TRUE(torn.GetString(1, wide));
-    EXPECT_EQ(support::Whole(wide), u"ab");
-    EXPECT_TRUE(torn.GetString(2, wide));
-    EXPECT_EQ(wide, u"ab");
+    EXPECT_EQ(text(torn, 1), u"+ab");
+    EXPECT_EQ(text(torn, 2), u"+ab");
     CXArray<CXTString<char16_t>> list(false);
     for (unsigned int id : {3u, 4u})
         EXPECT_EQ(torn.GetStringList(id, list), 1u) << id;
@@ -341,11 +343,8 @@ TEST(CustomData, RandomOperationsAgreeWithAMap) {
     }
     EXPECT_EQ(data.GetIDCount(), expected.size());
     EXPECT_EQ(data.Ids().size(), expected.size());
-    for (auto const& [id, value] : expected) {
-        unsigned int size = 0;
-        char const* const bytes = static_cast<char const*>(data.GetCustomPtr(id, size));
-        EXPECT_EQ(std::string(bytes, size), value);
-    }
+    for (auto const& [id, value] : expected)
+        EXPECT_EQ(data.Binary(id), value);
 }
 
 } // namespace

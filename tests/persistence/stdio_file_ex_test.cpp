@@ -30,8 +30,13 @@ class CStdioFileExTest : public testing::Test {
 protected:
     TemporaryFolder folder;
     std::u16string path = folder.Path(std::string_view("file"));
+    CStdioFileEx file;
 
-    std::u16string Lines(CStdioFileEx& file) {
+    void OpenWith(std::string const& content, unsigned int flags = 0) {
+        folder.Write("file", content);
+        ASSERT_TRUE(file.Open(path.c_str(), Read | flags, nullptr));
+    }
+    std::u16string Lines() {
         std::u16string text;
         CXTString<char16_t> line;
         while (file.ReadString(line))
@@ -68,15 +73,13 @@ TEST_F(CStdioFileExTest, ReadsLinesInEveryEncoding) {
         {"LF CR", Utf16Mark + Utf16(u"x\n\ry"), 0, u"x|\ry|", 4, 16},
     };
     for (auto const& row : rows) {
-        folder.Write("file", row.content);
-        CStdioFileEx file;
-        ASSERT_TRUE(file.Open(path.c_str(), Read | row.flags, nullptr)) << row.name;
-        EXPECT_EQ(Lines(file), row.lines) << row.name;
+        OpenWith(row.content, row.flags);
+        EXPECT_EQ(Lines(), row.lines) << row.name;
         EXPECT_EQ(file.GetCharCount(), row.characters) << row.name;
         EXPECT_EQ(file.IsFileUTF8(), row.kind == 8) << row.name;
         EXPECT_EQ(file.IsFileUnicodeText(), row.kind == 16) << row.name;
         EXPECT_EQ(file.Seek(0, CXFile::begin), 0U);
-        EXPECT_EQ(Lines(file), row.lines) << row.name << ", once more";
+        EXPECT_EQ(Lines(), row.lines) << row.name << ", once more";
     }
 }
 
@@ -104,17 +107,13 @@ TEST_F(CStdioFileExTest, DecodesAsAConversionOfTheWholeLine) {
         (expected += converted) += u'|';
     }
     for (std::string const& content : {narrow, Utf16(wide)}) {
-        folder.Write("file", content);
-        CStdioFileEx file;
-        ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
-        EXPECT_TRUE(Lines(file) == expected);
+        OpenWith(content);
+        EXPECT_TRUE(Lines() == expected);
     }
 }
 
 TEST_F(CStdioFileExTest, SkipsLinesAndKeepsItsPlaceBesideOtherReading) {
-    folder.Write("file", Utf8Mark + "one\r\ntwo\r\nthree\r\nfour\r\nfive\r\n");
-    CStdioFileEx file;
-    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    OpenWith(Utf8Mark + "one\r\ntwo\r\nthree\r\nfour\r\nfive\r\n");
     file.SkipLines(1, 1);
     EXPECT_EQ(file.GetPosition(), 8U);
     EXPECT_EQ(std::fgetc(file.GetStream()), 't'); // by the host
@@ -148,7 +147,6 @@ TEST_F(CStdioFileExTest, WritesTextAsItIsStored) {
     };
     for (auto const& row : rows) {
         folder.Write("file", row.before);
-        CStdioFileEx file;
         ASSERT_TRUE(file.Open(path.c_str(), row.flags, nullptr));
         file.SetCodePage(static_cast<xStringEncoding>(row.codePage));
         file.WriteString(u"\xE9\n");
@@ -165,23 +163,18 @@ TEST_F(CStdioFileExTest, WritesTextAsItIsStored) {
 }
 
 TEST_F(CStdioFileExTest, ReadsACodePage) {
-    folder.Write("file", "\xE9t\xE9\n\x80");
-    CStdioFileEx file;
-    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    OpenWith("\xE9t\xE9\n\x80");
     file.SetCodePage(static_cast<xStringEncoding>(1252));
-    EXPECT_EQ(Lines(file), u"\xE9t\xE9|\x20AC|");
+    EXPECT_EQ(Lines(), u"\xE9t\xE9|\x20AC|");
     file.SeekToBegin();
     file.SetCodePage(static_cast<xStringEncoding>(4'000'000)); // there is none
-    EXPECT_EQ(Lines(file), u"||");
+    EXPECT_EQ(Lines(), u"||");
 }
 
 TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
     for (bool const isWide : {false, true}) {
         std::u16string const text = u"12\n\n\n 34 \xE9t\xE9 rest of it\nnext\n7";
-        folder.Write("file",
-                     isWide ? Utf16Mark + Utf16(text) : Utf8Mark + "12\n\n\n 34 \xC3\xA9t\xC3\xA9 rest of it\nnext\n7");
-        CStdioFileEx file;
-        ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+        OpenWith(isWide ? Utf16Mark + Utf16(text) : Utf8Mark + "12\n\n\n 34 \xC3\xA9t\xC3\xA9 rest of it\nnext\n7");
         int first = 0;
         int second = 0;
         char16_t word[8]{};
@@ -196,9 +189,7 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
         EXPECT_EQ(file.FScanfS(u"%d", &first), -1);
         EXPECT_EQ(file.FScanfS(nullptr), -1);
     }
-    folder.Write("file", "1 2\r3 4\r5");
-    CStdioFileEx file;
-    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    OpenWith("1 2\r3 4\r5");
     int a = 0;
     int b = 0;
     EXPECT_EQ(NextLine(file), u"1 2");
@@ -206,14 +197,12 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
     EXPECT_EQ(file.FScanfS(u"%d %d", &a, &b), 2);
     EXPECT_EQ(a * 10 + b, 34);
     EXPECT_EQ(NextLine(file), u"");
-    folder.Write("file", std::string(1'000'000, '\n') + "5"); // blank lines are one step
-    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    OpenWith(std::string(1'000'000, '\n') + "5"); // blank lines are one step
     EXPECT_EQ(file.FScanfS(u"%d", &a), 1);
     EXPECT_EQ(a, 5);
 
     for (std::size_t before = 100; before < 140; ++before) { // a number at every place of a long line
-        folder.Write("file", std::string(before, 'a') + "-1.5e-3infinity" + std::string(1000, ' ') + "7");
-        ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+        OpenWith(std::string(before, 'a') + "-1.5e-3infinity" + std::string(1000, ' ') + "7");
         double number = 0;
         double endless = 0;
         EXPECT_EQ(file.FScanfS(u"%*[a]%lf%lf%d", &number, &endless, &a), 3);
@@ -222,8 +211,7 @@ TEST_F(CStdioFileExTest, ScansOverLineEndsAndLeavesTheRest) {
     std::string numbers;
     for (int i = 0; i < 20'000; ++i)
         numbers += "10 ";
-    folder.Write("file", numbers); // each scan looks only at its own
-    ASSERT_TRUE(file.Open(path.c_str(), Read, nullptr));
+    OpenWith(numbers); // each scan looks only at its own
     for (b = 0; file.FScanfS(u"%d", &a) == 1; b += a) {
     }
     EXPECT_EQ(b, 200'000);
@@ -235,7 +223,7 @@ TEST_F(CStdioFileExTest, OpensWhatCannotBeSoughtAndLeaksNothing) {
         ASSERT_EQ(mkfifo((folder.Native() + "pipe").c_str(), 0600), 0);
         CXFile writer(folder.Path(std::string_view("pipe")).c_str(), XFILE_OPEN_READWRITE);
         writer.Write("one\r\ntwo\r\n", 10);
-        CStdioFileEx file; // neither the detection nor the look at the first line may take anything
+        // Neither the detection nor the look at the first line may take anything.
         ASSERT_TRUE(file.Open(folder.Path(std::string_view("pipe")).c_str(), Read, nullptr));
         CXTString<char16_t> line;
         EXPECT_EQ(NextLine(file), u"one");
