@@ -14,6 +14,10 @@
 
 namespace {
 
+struct Store : CCustomData {
+    using CCustomData::SetCustom;
+};
+
 /// What a load through an archive throws.
 std::string LoadResult(CCustomData& data, std::string const& bytes) {
     CXMemFile file(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(), false, true);
@@ -118,9 +122,7 @@ TEST(CustomDataDamage, GoodRecordsOfALegacyStreamAreKept) {
 
 TEST(CustomDataDamage, LongInputTakesNoSquareOfItsLength) {
     constexpr unsigned int count = 200'000;
-    auto const word = [](unsigned int number) {
-        return std::string(reinterpret_cast<char const*>(&number), sizeof(number));
-    };
+    auto const word = [](unsigned int number) { return WithWord(std::string(4, '\0'), 0, number); };
     // Every record of the second half replaces, in another size, the first value that there still is.
     std::string records;
     for (std::size_t size : {1, 2})
@@ -136,9 +138,7 @@ TEST(CustomDataDamage, LongInputTakesNoSquareOfItsLength) {
     EXPECT_EQ(byteCount, count * 14);
     EXPECT_EQ(data.GetIDByIndex(count - 1, kind), count - 1);
     EXPECT_EQ(data.GetDataSize(0), 2u);
-    struct Store : CCustomData {
-        using CCustomData::SetCustom;
-    } texts;
+    Store texts;
     texts.SetCustom(1, std::string(5 * count, '\0').data(), 5 * count, CustomDataUtf8List);
     CXArray<CXTString<char16_t>> list(false);
     EXPECT_EQ(texts.GetStringList(1, list), 5 * count);
@@ -170,9 +170,7 @@ TEST(CustomDataDamage, DumpEndsWithItsLimits) {
 
 TEST(CustomDataDamage, OldNestedStoresAreChecked) {
     auto const oldNested = [](std::string bytes) {
-        struct Store : CCustomData {
-            using CCustomData::SetCustom;
-        } outer;
+        Store outer;
         outer.SetCustom(1, bytes.data(), static_cast<unsigned int>(bytes.size()), CustomDataNestedOld);
         CCustomData inner;
         EXPECT_FALSE(outer.GetCustomData(1, inner));

@@ -13,23 +13,15 @@ namespace {
 
 using support::HexText;
 
-/// The blocks of the page, in its order.
-enum Example : int {
-    Empty,
-    OneValue,
-    Kinds,
-    OlderKinds,
-    Previous,
-    LegacyWide,
-    LegacyNarrow,
-    LegacySaved
-};
+/// The blocks of the page.
+constexpr int Empty = 0, OneValue = 1, Kinds = 2, OlderKinds = 3;
+constexpr int Previous = 4, LegacyWide = 5, LegacyNarrow = 6, LegacySaved = 7;
 
-std::string Bytes(Example example) {
+std::string Bytes(int example) {
     return support::HexExample("custom_data", example);
 }
 
-CCustomData Load(Example example) {
+CCustomData Load(int example) {
     std::string const bytes = Bytes(example);
     CCustomData data;
     EXPECT_EQ(data.SerializeFromData(bytes.data(), bytes.size()), example != Empty);
