@@ -100,15 +100,13 @@ TEST(FileTimes, TheTopBitAndTheEndsOfTheRangeFail) {
 
 TEST(FileTimes, BecomeLocalByTheOffsetOfTheirOwnDate) {
     TimeZone const zone(TimeZone::Paris);
-    struct {
-        long long utc;
-        long long offset;
-    } const rows[] = {{1704110400, 3600}, {1719835200, 7200}, {1711846799, 3600}, {1711846800, 7200}};
-    for (auto const& row : rows) {
+    std::pair<long long, long long> const rows[] = {
+        {1704110400, 3600}, {1719835200, 7200}, {1711846799, 3600}, {1711846800, 7200}};
+    for (auto const& [seconds, offset] : rows) {
         FILETIME utc, local;
-        ASSERT_TRUE(SecondsToFileTime(row.utc, &utc));
+        ASSERT_TRUE(SecondsToFileTime(seconds, &utc));
         ASSERT_TRUE(FileTimeToLocalFileTime(&utc, &local));
-        EXPECT_EQ(FileTimeToSeconds(local) - row.utc, row.offset) << row.utc;
+        EXPECT_EQ(FileTimeToSeconds(local) - seconds, offset) << seconds;
     }
 }
 
@@ -138,22 +136,19 @@ TEST(Calendar, AgreesWithTheRecordings) {
 
 TEST(Calendar, ReachesFarBeyondTheRecordings) {
     TimeZone const zone(TimeZone::Utc);
-    struct {
-        long long seconds;
-        char16_t const* text;
-    } const rows[] = {
+    std::pair<long long, char16_t const*> const rows[] = {
         {-1, u"1969-12-31 23:59:59 3 365"},
         {-2147483648, u"1901-12-13 20:45:52 5 347"},
         {253402300800, u"10000-01-01 00:00:00 6 001"},
         {-62167219200, u"0000-01-01 00:00:00 6 001"}, // the year 0 is a leap year and begins on a Saturday
         {-62135596801, u"0000-12-31 23:59:59 0 366"},
     };
-    for (auto const& row : rows) {
+    for (auto const& [seconds, text] : rows) {
         std::tm utc{}, local{};
-        ASSERT_TRUE(SecondsToUtc(row.seconds, &utc) && SecondsToLocal(row.seconds, &local));
-        EXPECT_EQ(Format(u"%Y-%m-%d %H:%M:%S %w %j", utc), row.text);
+        ASSERT_TRUE(SecondsToUtc(seconds, &utc) && SecondsToLocal(seconds, &local));
+        EXPECT_EQ(Format(u"%Y-%m-%d %H:%M:%S %w %j", utc), text);
         EXPECT_EQ(Fields(utc), Fields(local));
-        EXPECT_EQ(LocalToSeconds(&local), row.seconds);
+        EXPECT_EQ(LocalToSeconds(&local), seconds);
     }
     std::tm record{};
     for (long long const seconds : {LLONG_MIN, LLONG_MAX}) {

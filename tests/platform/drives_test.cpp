@@ -40,23 +40,20 @@ protected:
 };
 
 TEST_F(Drives, Types) {
-    struct {
-        char16_t const* path;
-        DriveType type;
-    } const rows[] = {{u"C:\\", DriveFixed},
-                      {u"D:\\", DriveCDRom},
-                      {u"N:\\", DriveRemote},
-                      {u"S:\\", DriveRemote},
-                      {u"G:\\", DriveNoRootDir},
-                      {u"\\run\\user\\", DriveRamDisk},
-                      {u"\\running", DriveFixed},
-                      {u"\\mnt\\nas\\a\\", DriveRemote},
-                      {u"\\mnt\\plan9", DriveRemote},
-                      {u"\\\\NAS\\Pictures\\", DriveRemote},
-                      {u"\\\\nas\\other\\", DriveNoRootDir},
-                      {u"relative", DriveNoRootDir}};
-    for (auto const& row : rows) {
-        EXPECT_EQ(GetDriveTypeW(row.path), row.type) << testing::PrintToString(row.path);
+    std::pair<char16_t const*, DriveType> const rows[] = {{u"C:\\", DriveFixed},
+                                                          {u"D:\\", DriveCDRom},
+                                                          {u"N:\\", DriveRemote},
+                                                          {u"S:\\", DriveRemote},
+                                                          {u"G:\\", DriveNoRootDir},
+                                                          {u"\\run\\user\\", DriveRamDisk},
+                                                          {u"\\running", DriveFixed},
+                                                          {u"\\mnt\\nas\\a\\", DriveRemote},
+                                                          {u"\\mnt\\plan9", DriveRemote},
+                                                          {u"\\\\NAS\\Pictures\\", DriveRemote},
+                                                          {u"\\\\nas\\other\\", DriveNoRootDir},
+                                                          {u"relative", DriveNoRootDir}};
+    for (auto const& [path, type] : rows) {
+        EXPECT_EQ(GetDriveTypeW(path), type) << testing::PrintToString(path);
     }
     EXPECT_TRUE(IsNetworkDrive(u'n') && IsNetworkDrive(u'A') && IsNetworkDrive(u'G'));
     EXPECT_FALSE(IsNetworkDrive(u'C') || IsNetworkDrive(u'L') || IsNetworkDrive(u'Z') || IsNetworkDrive(u'1'));

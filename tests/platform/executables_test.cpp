@@ -42,16 +42,14 @@ TEST(Executables, ToldByContentAndPermission) {
     for (char const* const name : {"library", "script", "cut elf"}) {
         std::filesystem::permissions(folder.Native() + name, std::filesystem::perms(0755));
     }
-    struct {
-        char const* name;
-        ExecutableType type;
-    } const rows[] = {{"elf", ExecutableElf},       {"elf not allowed", ExecutableNone},
-                      {"script", ExecutableScript}, {"pe", ExecutablePE},
-                      {"dll", ExecutableNone},      {"mz", ExecutableMZ},
-                      {"far", ExecutableMZ},        {"cut elf", ExecutableNone},
-                      {"library", ExecutableNone},  {"none", ExecutableNone}};
-    for (auto const& row : rows) {
-        EXPECT_EQ(SHGetExecutableType(folder.Path(row.name).c_str()), row.type) << row.name;
+    std::pair<char const*, ExecutableType> const rows[] = {
+        {"elf", ExecutableElf},       {"elf not allowed", ExecutableNone},
+        {"script", ExecutableScript}, {"pe", ExecutablePE},
+        {"dll", ExecutableNone},      {"mz", ExecutableMZ},
+        {"far", ExecutableMZ},        {"cut elf", ExecutableNone},
+        {"library", ExecutableNone},  {"none", ExecutableNone}};
+    for (auto const& [name, type] : rows) {
+        EXPECT_EQ(SHGetExecutableType(folder.Path(name).c_str()), type) << name;
     }
 }
 

@@ -32,16 +32,13 @@ TEST(FileAttributes, OfEachKindOfEntry) {
     fs::create_symlink("file", folder.Native() + "link");
     fs::create_symlink("dir", folder.Native() + "dirlink");
     fs::create_symlink("none", folder.Native() + "dangling");
-    struct {
-        char const* name;
-        unsigned int attributes;
-    } const rows[] = {
+    std::pair<char const*, unsigned int> const rows[] = {
         {"file", FileAttributeNormal},       {".hidden", FileAttributeHidden},
         {"readonly", FileAttributeReadOnly}, {"dir", FileAttributeDirectory},
         {"link", FileAttributeReparsePoint}, {"dirlink", FileAttributeDirectory | FileAttributeReparsePoint},
         {"dangling", InvalidFileAttributes}, {"none", InvalidFileAttributes}};
-    for (auto const& row : rows) {
-        EXPECT_EQ(GetFileAttributesW(folder.Path(row.name).c_str()), row.attributes) << row.name;
+    for (auto const& [name, attributes] : rows) {
+        EXPECT_EQ(GetFileAttributesW(folder.Path(name).c_str()), attributes) << name;
     }
 }
 
@@ -52,19 +49,16 @@ TEST(DeleteFile, FilesLinksAndWhatItRefuses) {
     fs::create_directory(folder.Native() + "dir");
     fs::create_directory_symlink("dir", folder.Native() + "link");
     HANDLE const file = CreateFileW(folder.Path("open").c_str(), GenericRead, ShareRead, OpenExisting, 0);
-    struct {
-        char const* name;
-        unsigned int error;
-    } const rows[] = {{"file", 0},
-                      {"file", ErrorFileNotFound},
-                      {"link", 0},
-                      {"dir", ErrorAccessDenied},
-                      {"none/file", ErrorPathNotFound},
-                      {"open", ErrorSharingViolation}};
-    for (auto const& row : rows) {
-        bool const isDeleted = DeleteFileW(folder.Path(row.name).c_str());
-        EXPECT_EQ(isDeleted, row.error == 0) << row.name;
-        EXPECT_TRUE(isDeleted || GetLastError() == row.error) << row.name << GetLastError();
+    std::pair<char const*, unsigned int> const rows[] = {{"file", 0},
+                                                         {"file", ErrorFileNotFound},
+                                                         {"link", 0},
+                                                         {"dir", ErrorAccessDenied},
+                                                         {"none/file", ErrorPathNotFound},
+                                                         {"open", ErrorSharingViolation}};
+    for (auto const& [name, error] : rows) {
+        bool const isDeleted = DeleteFileW(folder.Path(name).c_str());
+        EXPECT_EQ(isDeleted, error == 0) << name;
+        EXPECT_TRUE(isDeleted || GetLastError() == error) << name << GetLastError();
     }
     CloseFile(file);
     EXPECT_TRUE(folder.Exists("dir"));

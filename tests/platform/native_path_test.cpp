@@ -22,10 +22,7 @@ std::u16string Form(std::string_view native) {
 }
 
 TEST(NativeName, FormsOfNames) {
-    struct {
-        char const* native;
-        char16_t const* form;
-    } const rows[] = {
+    std::pair<char const*, char16_t const*> const rows[] = {
         {"/home/ana/", u"\\home\\ana\\"},
         {"a:b*c?d\"e<f>g|h", u"a\uF03Ab\uF02Ac\uF03Fd\uF022e\uF03Cf\uF03Eg\uF07Ch"},
         {"back\\slash", u"back\xF05Cslash"},
@@ -38,11 +35,11 @@ TEST(NativeName, FormsOfNames) {
         {"\xEF\x80\xBA", u"\xDCEF\xDC80\xDCBA"},                   // U+F03A itself, which means a colon here
         {"\xEF\x83\xBF\xEF\x84\x80", u"\xDCEF\xDC83\xDCBF\xF100"}, // last of the range, and the one behind it
     };
-    for (auto const& row : rows) {
-        EXPECT_EQ(Form(row.native), row.form) << row.native;
+    for (auto const& [native, form] : rows) {
+        EXPECT_EQ(Form(native), form) << native;
         std::string back;
-        EXPECT_TRUE(ToNativeName(row.form, back)) << row.native;
-        EXPECT_EQ(back, row.native);
+        EXPECT_TRUE(ToNativeName(form, back)) << native;
+        EXPECT_EQ(back, native);
     }
     EXPECT_EQ(FromNativePath("//server/share"), u"\\server\\share"); // leading slashes never mean a server
     EXPECT_EQ(FromNativePath("///"), u"\\");
@@ -92,10 +89,7 @@ TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
     ScopedVariable const drives("ZELTOOLS_DRIVES",
                                 "T=" + folder.Native() + "Textures;b=" + folder.Native() + "both/;R=/;X=rel");
     std::string const root = folder.Native();
-    struct Row {
-        char16_t const* path;
-        std::string native;
-    } const rows[] = {
+    std::pair<char16_t const*, std::string> const rows[] = {
         {u"t:\\wOOD.jpg", root + "Textures/Wood.JPG"},
         {u"T:wood.jpg", root + "Textures/Wood.JPG"},
         {u"\\\\?\\T:\\wood.jpg", root + "Textures/Wood.JPG"},
@@ -108,9 +102,9 @@ TEST(NativePath, DrivesIgnoreCaseAndRootedPathsDoNot) {
         {u"R:\\", "/"},
     };
     std::string native;
-    for (Row const& row : rows) {
-        EXPECT_TRUE(ToNativePath(row.path, native));
-        EXPECT_EQ(native, row.native);
+    for (auto const& [path, onDisk] : rows) {
+        EXPECT_TRUE(ToNativePath(path, native));
+        EXPECT_EQ(native, onDisk);
     }
     EXPECT_EQ(GetFileAttributesW((folder.Path() + u"Textures\\wood.jpg").c_str()), InvalidFileAttributes);
     EXPECT_EQ(GetLastError(), ErrorFileNotFound);
@@ -132,10 +126,8 @@ TEST(NativePath, AServerPathFindsTheMostSpecificMount) {
                                    << "39 35 0:3 / " << root << "ssh rw - fuse.sshfs ana@[fe80::1]:/srv rw\n"
                                    << "garbage\n40 35 0:4 / /cut\n";
     GetMountTablePaths().mountInfo = root + "mounts";
-    struct Row {
-        char16_t const* path;
-        std::string native; // empty: no such mount
-    } const rows[] = {
+    // The path on the disk is empty where no mount is found.
+    std::pair<char16_t const*, std::string> const rows[] = {
         {u"\\\\nas\\share one\\a\\FILE.txt", root + "share/A/file.txt"},
         {u"\\\\?\\UNC\\nas\\share one\\a\\FILE.txt", root + "share/A/file.txt"},
         {u"\\\\NAS\\Share One\\a\\Deep\\X", root + "deep/x"},
@@ -147,10 +139,10 @@ TEST(NativePath, AServerPathFindsTheMostSpecificMount) {
         {u"\\\\nas", ""},
         {u"\\\\", ""},
     };
-    for (Row const& row : rows) {
+    for (auto const& [path, onDisk] : rows) {
         std::string native;
-        EXPECT_EQ(ToNativePath(row.path, native), !row.native.empty());
-        EXPECT_EQ(row.native.empty() ? std::string() : native, row.native);
+        EXPECT_EQ(ToNativePath(path, native), !onDisk.empty());
+        EXPECT_EQ(onDisk.empty() ? std::string() : native, onDisk);
     }
     GetMountTablePaths() = {};
 }

@@ -125,17 +125,14 @@ TEST_F(Registry, OddNamesAndHugeValues) {
     for (std::size_t i = 0; i <= MaxKeyDepth; ++i) {
         deep += u"d\\";
     }
-    struct Row {
-        std::u16string path;
-        unsigned int status;
-    } const rows[] = {
+    std::pair<std::u16string, unsigned int> const rows[] = {
         {std::u16string(MaxKeyName + 1, u'x'), ErrorInvalidParameter},
         {u"\\Odd", ErrorBadPathname},
         {deep, ErrorInvalidParameter},
         {deep.substr(2), ErrorSuccess},
     };
-    for (Row const& row : rows) {
-        EXPECT_EQ(RegCreateKeyExW(HKEY_USERS, row.path.c_str(), KeyAllAccess, &key, nullptr), row.status);
+    for (auto const& [path, status] : rows) {
+        EXPECT_EQ(RegCreateKeyExW(HKEY_USERS, path.c_str(), KeyAllAccess, &key, nullptr), status);
     }
     EXPECT_EQ(RegCreateKeyExW(key, u"more", KeyAllAccess, &key, nullptr), ErrorInvalidParameter);
 

@@ -19,10 +19,7 @@ std::u16string InPlace(std::u16string text, std::function<void(char16_t*)> const
 }
 
 TEST(ShellPath, QuestionsAnswerAsRecorded) {
-    struct {
-        char const* table;
-        bool (*ask)(std::u16string_view);
-    } const questions[] = {
+    std::pair<char const*, bool (*)(std::u16string_view)> const questions[] = {
         {"path_is_unc", PathIsUNCW},
         {"path_is_unc_server", PathIsUNCServerW},
         {"path_is_unc_server_share", PathIsUNCServerShareW},
@@ -31,9 +28,9 @@ TEST(ShellPath, QuestionsAnswerAsRecorded) {
         {"path_is_url", PathIsURLW},
         {"path_is_network_path", PathIsNetworkPathW},
     };
-    for (auto const& question : questions) {
-        for (vectors::Row const& row : vectors::ReadTable(question.table)) {
-            EXPECT_EQ(question.ask(row.Wide("input")), row.Truth("answer")) << row;
+    for (auto const& [table, ask] : questions) {
+        for (vectors::Row const& row : vectors::ReadTable(table)) {
+            EXPECT_EQ(ask(row.Wide("input")), row.Truth("answer")) << row;
         }
     }
     for (vectors::DocumentedRow const& row : vectors::ReadDocumented("path_is_unc")) {
@@ -42,14 +39,11 @@ TEST(ShellPath, QuestionsAnswerAsRecorded) {
 }
 
 TEST(ShellPath, FindsPartsAsRecorded) {
-    struct {
-        char const* table;
-        char16_t const* (*find)(char16_t const*);
-    } const searches[] = {{"path_find_extension", PathFindExtensionW}, {"path_find_file_name", PathFindFileNameW}};
-    for (auto const& search : searches) {
-        for (vectors::Row const& row : vectors::ReadTable(search.table)) {
+    for (auto const& [table, find] :
+         {std::pair{"path_find_extension", &PathFindExtensionW}, {"path_find_file_name", &PathFindFileNameW}}) {
+        for (vectors::Row const& row : vectors::ReadTable(table)) {
             std::u16string const path = row.Wide("input");
-            EXPECT_EQ(search.find(path.c_str()) - path.c_str(), row.Number("offset")) << row;
+            EXPECT_EQ(find(path.c_str()) - path.c_str(), row.Number("offset")) << row;
         }
     }
 }

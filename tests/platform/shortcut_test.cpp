@@ -117,20 +117,17 @@ TEST(ShellLink, RefusesWhatIsCutOffAnywhere) {
 }
 
 TEST(ShellLink, RefusesOffsetsAndSizesThatPointOutside) {
-    struct {
-        std::size_t offset;
-        char const* what;
-    } const fields[] = {
+    std::pair<std::size_t, char const*> const fields[] = {
         {0x4C + 7 + 2, "size of the link info"},
         {0x4C + 7 + 2 + 0x10, "offset of the local path"},
         {0x4C + 7 + 2 + 0x18, "offset of the suffix"},
     };
-    for (auto const& field : fields) {
+    for (auto const& [offset, what] : fields) {
         for (unsigned int const value : {0x7FFFFFFFU, 0xFFFFFFFFU, 0xFFFFFFF0U, 100000U}) {
             std::string bytes = Complete;
-            bytes.replace(field.offset, 4, U32(value));
+            bytes.replace(offset, 4, U32(value));
             ShellLink link;
-            EXPECT_FALSE(Parse(bytes, link)) << field.what << ' ' << value;
+            EXPECT_FALSE(Parse(bytes, link)) << what << ' ' << value;
         }
     }
 }
@@ -148,20 +145,17 @@ TEST(Shortcut, GivesTheFirstTargetOfALinkOfEitherKind) {
     folder.Write("sub/file.txt");
     ASSERT_EQ(symlink("../sub/file.txt", (folder.Native() + "sub/near").c_str()), 0);
     ASSERT_EQ(symlink("/etc/no such", (folder.Native() + "far").c_str()), 0);
-    struct {
-        char const* name;
-        std::u16string target;
-    } const rows[] = {
+    std::pair<char const*, std::u16string> const rows[] = {
         {"local.lnk", u"C:\\Textures\\Wood.png"},  {"net.lnk", u"\\\\srv\\share\\a\\b.png"},
         {"environment.lnk", u"\\opt\\wide.png"},   {"sub/relative.lnk", folder.Path("x.png")},
         {"sub/near", folder.Path("sub/file.txt")}, {"far", u"\\etc\\no such"},
     };
     std::u16string target;
-    for (auto const& row : rows) {
-        EXPECT_TRUE(ReadShortcut(folder.Path(row.name), target)) << row.name;
-        EXPECT_EQ(target, row.target);
+    for (auto const& [name, expected] : rows) {
+        EXPECT_TRUE(ReadShortcut(folder.Path(name), target)) << name;
+        EXPECT_EQ(target, expected);
     }
-    // The one of a name that is a pipe does not wait for a writer.
+    // A pipe does not make it wait for a writer.
     for (char const* const name : {"nowhere.lnk", "text.lnk", "missing.lnk", "", "fifo.lnk", "sub/file.txt"}) {
         EXPECT_FALSE(ReadShortcut(folder.Path(name), target)) << name;
     }

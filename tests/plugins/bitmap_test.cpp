@@ -218,22 +218,19 @@ TEST_F(BitmapPlugin, RefusesWhatIsBeyondTheLimits) {
     AddNoise(image, 100, 30, u"RGB", PixelType::UInt16);
     AddNoise(image, 100, 30, u"RGB", PixelType::UInt16);
     ASSERT_TRUE(Write("a.tif", image));
-    struct Row {
-        MediaLimits limits;
-        std::string error;
-    } const rows[] = {
+    std::pair<MediaLimits, std::string> const rows[] = {
         {{.maxImageBytes = 17'999}, "a.tif: 18000 bytes of pixels, where 17999 are allowed."},
         {{.maxSubImages = 1}, "a.tif: 2 subimages, where 1 are allowed."},
         {{.maxPixels = 3000, .maxImageBytes = 18'000, .maxSubImages = 2}, ""},
     };
-    for (Row const& row : rows) {
+    for (auto const& [limits, error] : rows) {
         auto const io = Open("a.tif");
-        io->limits = row.limits;
+        io->limits = limits;
         CImageDocument read;
-        EXPECT_EQ(io->ReadHeader(read), row.error.empty());
-        EXPECT_EQ(read.GetSubImageCount(), row.error.empty() ? 2u : 0u);
-        if (!row.error.empty()) {
-            EXPECT_EQ(Narrow(io->GetIoErrorTxt()), row.error);
+        EXPECT_EQ(io->ReadHeader(read), error.empty());
+        EXPECT_EQ(read.GetSubImageCount(), error.empty() ? 2u : 0u);
+        if (!error.empty()) {
+            EXPECT_EQ(Narrow(io->GetIoErrorTxt()), error);
         }
     }
 }
@@ -247,18 +244,15 @@ TEST_F(BitmapPlugin, TellsWhatCannotBeRead) {
     ASSERT_EQ(mkfifo((folder + "pipe.png").c_str(), 0600), 0); // nobody ever answers
     std::filesystem::copy_file(folder + "a.png", folder + "a.jpg");
     std::filesystem::copy_file(folder + "a.png", folder + "\xFF%s?\\.png");
-    struct Row {
-        char const* name;
-        int code;
-    } const rows[] = {
+    std::pair<char const*, int> const rows[] = {
         {"absent.png", IoCannotOpen}, {"empty.png", IoEmptyFile}, {"folder.png", IoCannotOpen},
         {"pipe.png", IoCannotOpen},   {"a.jpg", IoOwnText},       {"\xFF%s?\\.png", IoSuccess},
     };
-    for (Row const& row : rows) {
-        auto const io = Open(row.name);
+    for (auto const& [name, code] : rows) {
+        auto const io = Open(name);
         CImageDocument read;
-        EXPECT_EQ(io->Read(read), row.code == IoSuccess) << row.name;
-        EXPECT_EQ(io->GetIoError(), row.code) << row.name << ' ' << Narrow(io->GetIoErrorTxt());
+        EXPECT_EQ(io->Read(read), code == IoSuccess) << name;
+        EXPECT_EQ(io->GetIoError(), code) << name << ' ' << Narrow(io->GetIoErrorTxt());
     }
 }
 
