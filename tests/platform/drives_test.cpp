@@ -40,20 +40,17 @@ protected:
 };
 
 TEST_F(Drives, Types) {
-    std::pair<char16_t const*, DriveType> const rows[] = {{u"C:\\", DriveFixed},
-                                                          {u"D:\\", DriveCDRom},
-                                                          {u"N:\\", DriveRemote},
-                                                          {u"S:\\", DriveRemote},
-                                                          {u"G:\\", DriveNoRootDir},
-                                                          {u"\\run\\user\\", DriveRamDisk},
-                                                          {u"\\running", DriveFixed},
-                                                          {u"\\mnt\\nas\\a\\", DriveRemote},
-                                                          {u"\\mnt\\plan9", DriveRemote},
-                                                          {u"\\\\NAS\\Pictures\\", DriveRemote},
-                                                          {u"\\\\nas\\other\\", DriveNoRootDir},
-                                                          {u"relative", DriveNoRootDir}};
-    for (auto const& [path, type] : rows) {
-        EXPECT_EQ(GetDriveTypeW(path), type) << testing::PrintToString(path);
+    std::pair<DriveType, std::vector<char16_t const*>> const rows[] = {
+        {DriveFixed, {u"C:\\", u"\\running"}},
+        {DriveCDRom, {u"D:\\"}},
+        {DriveRemote, {u"N:\\", u"S:\\", u"\\mnt\\nas\\a\\", u"\\mnt\\plan9", u"\\\\NAS\\Pictures\\"}},
+        {DriveNoRootDir, {u"G:\\", u"\\\\nas\\other\\", u"relative"}},
+        {DriveRamDisk, {u"\\run\\user\\"}},
+    };
+    for (auto const& [type, paths] : rows) {
+        for (char16_t const* const path : paths) {
+            EXPECT_EQ(GetDriveTypeW(path), type) << testing::PrintToString(path);
+        }
     }
     EXPECT_TRUE(IsNetworkDrive(u'n') && IsNetworkDrive(u'A') && IsNetworkDrive(u'G'));
     EXPECT_FALSE(IsNetworkDrive(u'C') || IsNetworkDrive(u'L') || IsNetworkDrive(u'Z') || IsNetworkDrive(u'1'));

@@ -56,14 +56,10 @@ TEST(Executables, ToldByContentAndPermission) {
 TEST(Modules, FailuresSayWhy) {
     TemporaryFolder const folder;
     folder.Write("empty.so");
-    folder.Write("text.so", "this is no library, whatever its name says");
     EXPECT_EQ(LoadLibraryExW(folder.Path("none.so").c_str()), nullptr);
     EXPECT_EQ(GetLastError(), ErrorModuleNotFound);
-    for (char const* const name : {"empty.so", "text.so"}) {
-        EXPECT_EQ(LoadLibraryExW(folder.Path(name).c_str()), nullptr);
-        EXPECT_EQ(GetLastError(), ErrorBadExeFormat) << name;
-        EXPECT_NE(GetModuleErrorText().find(name), std::string::npos);
-    }
+    EXPECT_EQ(LoadLibraryExW(folder.Path("empty.so").c_str()), nullptr);
+    EXPECT_EQ(GetLastError(), ErrorBadExeFormat);
     EXPECT_EQ(GetProcAddress(nullptr, "no_such_function"), nullptr);
     EXPECT_EQ(GetLastError(), ErrorProcedureNotFound);
     std::string const self = std::filesystem::read_symlink("/proc/self/exe");

@@ -247,11 +247,9 @@ TEST_F(Registry, KilledWritersLoseNothingThatWasAnswered) {
     EXPECT_FALSE(folder.Exists("settings/registry.db-journal"));
 }
 
-std::vector<std::string>* reported = nullptr;
-
 TEST_F(Registry, DamagedFileIsSetAside) {
-    std::vector<std::string> names;
-    reported = &names;
+    static std::vector<std::string> names;
+    names.clear();
     HKEY key = Create(u"Software\\A");
     Set(key, u"v", std::string(20000, 'v'));
     std::string const sound = folder.Read("settings/registry.db");
@@ -266,7 +264,7 @@ TEST_F(Registry, DamagedFileIsSetAside) {
         folder.Write("settings/registry.db", content);
         folder.Write("settings/registry.db-journal", "old");
         if (number == 1) {
-            SetRegistryDamageReporter([](std::string const& name) { reported->push_back(name); }); // told of what was
+            SetRegistryDamageReporter([](std::string const& name) { names.push_back(name); }); // told of what was
         }
         EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\B", KeyAllAccess, &key, nullptr), ErrorSuccess);
         EXPECT_EQ(Set(key, u"v", "new"), ErrorSuccess);

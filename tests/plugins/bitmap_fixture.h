@@ -4,6 +4,7 @@
 #pragma once
 
 #include "media/bitmap_io.h"
+#include "tests/support/temporary_folder.h"
 #include <zeltools/zeltools.h>
 
 #include <cstring>
@@ -14,15 +15,9 @@
 #include <random>
 #include <set>
 #include <string>
-#include <unistd.h>
 
 inline std::string Narrow(CXTString<char16_t> const& text) {
     return fileGetNativeName(text).GetConstBuffer();
-}
-
-inline std::string Content(std::string const& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// Pixels that any format with room for them keeps: noise, but no value that is none.
@@ -60,14 +55,11 @@ class BitmapPlugin : public testing::Test {
 protected:
     BitmapPlugin() {
         InitZelTools(0);
-        std::string name = std::filesystem::temp_directory_path() / "zel-test-XXXXXX";
-        folder = std::string(mkdtemp(name.data())) + '/';
         Use(ZELTOOLS_BUILT_PLUGINS "/");
     }
     ~BitmapPlugin() override {
         CRegisteredFile::Free();
         CloseZelTools(0);
-        std::filesystem::remove_all(folder);
     }
 
     static void Use(std::string const& plugins) {
@@ -76,8 +68,8 @@ protected:
         RegisterIOPlugins(FileKindBitmap, u"");
     }
     std::unique_ptr<CBitmapIo> Open(std::string const& name, unsigned int flags = IoFlagLoading) const {
-        CXTString<char16_t> const path = fileFromNativeName((folder + name).c_str());
-        return std::make_unique<CBitmapIo>(CFileNameSpec(path), flags | IoFlagSilent, nullptr);
+        CFileNameSpec const spec(CXTString<char16_t>(folder.Path(name).c_str()));
+        return std::make_unique<CBitmapIo>(spec, flags | IoFlagSilent, nullptr);
     }
     testing::AssertionResult Write(std::string const& name, CImageDocument const& image,
                                    CIoOptions* options = nullptr) {
@@ -97,11 +89,11 @@ protected:
     }
     std::set<std::string> Files() const {
         std::set<std::string> names;
-        for (auto const& entry : std::filesystem::directory_iterator(folder)) {
+        for (auto const& entry : std::filesystem::directory_iterator(folder.Native())) {
             names.insert(entry.path().filename());
         }
         return names;
     }
 
-    std::string folder;
+    TemporaryFolder folder;
 };

@@ -145,12 +145,7 @@ struct Tiff {
     }
 };
 
-class BitmapHeads : public BitmapPlugin {
-protected:
-    void Put(std::string const& name, std::string const& content) const {
-        std::ofstream(folder + name, std::ios::binary) << content;
-    }
-};
+class BitmapHeads : public BitmapPlugin {};
 
 TEST_F(BitmapHeads, AreThoseOfTheWholeFile) {
     CImageDocument image;
@@ -162,7 +157,7 @@ TEST_F(BitmapHeads, AreThoseOfTheWholeFile) {
     AddNoise(image, 48, 20, u"RGB", PixelType::UInt8).metadata.SetText(u"Make", u"Maker");
     ASSERT_TRUE(Write("opaque.heic", image));
     ASSERT_TRUE(Write("opaque.avif", image));
-    Put("frames.dcm", Dicom{.frames = 3}.Make());
+    folder.Write("frames.dcm", Dicom{.frames = 3}.Make());
     struct Row {
         char const* name;
         std::string fact;
@@ -187,11 +182,11 @@ TEST_F(BitmapHeads, AreThoseOfTheWholeFile) {
             EXPECT_EQ(Narrow(io->GetIoErrorTxt()), row.name + (": " + row.pixels) + " pixels, where 7 are allowed.");
         }
         // What is wrong with the pixels is nothing to the head.
-        std::string const broken = Content(folder + row.name);
+        std::string const broken = folder.Read(row.name);
         if (broken.find("ftyp") != std::string::npos) {
             continue; // what is beside the pixels stands behind them
         }
-        Put(row.name, broken.substr(0, broken.size() - 9));
+        folder.Write(row.name, broken.substr(0, broken.size() - 9));
         CImageDocument head;
         EXPECT_TRUE(ReadHeader(row.name, head)) << row.name;
         EXPECT_EQ(Facts(head), Facts(read)) << row.name;
@@ -223,7 +218,7 @@ TEST_F(BitmapHeads, OfDicomTellTheTypeThatTheTagsAllow) {
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(&row - rows);
-        Put("a.dcm", row.file.Make());
+        folder.Write("a.dcm", row.file.Make());
         CImageDocument header;
         CImageDocument read;
         ASSERT_TRUE(ReadHeader("a.dcm", header));
@@ -254,7 +249,7 @@ TEST_F(BitmapHeads, OfDicomStandNotTooDeep) {
             nested += sequence;
             closed += ends;
         }
-        Put("a.dcm", plain.substr(0, firstTag) + nested + closed + plain.substr(firstTag));
+        folder.Write("a.dcm", plain.substr(0, firstTag) + nested + closed + plain.substr(firstTag));
         CImageDocument image;
         EXPECT_EQ(ReadHeader("a.dcm", image), depth == 20);
         EXPECT_EQ(Read("a.dcm", image), depth == 20);
@@ -269,10 +264,10 @@ TEST_F(BitmapHeads, SurviveBrokenBytes) {
     ASSERT_TRUE(Write("a.heic", image));
     AddNoise(image, 8, 8, u"RGB", PixelType::UInt8);
     ASSERT_TRUE(Write("a.gif", image));
-    Put("a.dcm", Dicom{}.Make());
-    Put("a.tif", Tiff{}.Make());
+    folder.Write("a.dcm", Dicom{}.Make());
+    folder.Write("a.tif", Tiff{}.Make());
     for (std::string const name : {"a.heic", "a.gif", "a.dcm", "a.tif"}) {
-        std::string const whole = Content(folder + name);
+        std::string const whole = folder.Read(name);
         auto const read = [&] {
             auto const io = Open(name);
             io->limits.maxPixels = 100'000;
@@ -280,7 +275,7 @@ TEST_F(BitmapHeads, SurviveBrokenBytes) {
             return io->Read(image);
         };
         // In place: a file that is written anew is flushed by some systems.
-        std::fstream file(folder + name, std::ios::binary | std::ios::in | std::ios::out);
+        std::fstream file(folder.Native() + name, std::ios::binary | std::ios::in | std::ios::out);
         std::size_t const step = whole.size() / 150 + 1;
         for (std::size_t i = 0; i < whole.size(); i += step) {
             file.seekp(static_cast<std::streamoff>(i)).put('\xFF').flush();
@@ -289,7 +284,7 @@ TEST_F(BitmapHeads, SurviveBrokenBytes) {
         }
         EXPECT_TRUE(read()) << name;
         for (std::size_t size = whole.size(); size > step; size -= step) {
-            std::filesystem::resize_file(folder + name, size - 1);
+            std::filesystem::resize_file(folder.Native() + name, size - 1);
             EXPECT_FALSE(read()) << name << ' ' << size - 1;
         }
     }
@@ -299,11 +294,11 @@ TEST_F(BitmapHeads, OfTiffTellOfPixelsBehindTheEnd) {
     for (int row = 0; row < 4; ++row) {
         Tiff file{.isBig = (row & 1) != 0, .isLong = (row & 2) != 0};
         CImageDocument read;
-        Put("a.tif", file.Make());
+        folder.Write("a.tif", file.Make());
         ASSERT_TRUE(Read("a.tif", read)) << row;
         EXPECT_EQ(std::to_integer<int>(read.GetSubImage(0).GetRow(0)[1]), 2);
         file.behind = 1;
-        Put("a.tif", file.Make());
+        folder.Write("a.tif", file.Make());
         auto const io = Open("a.tif");
         EXPECT_TRUE(io->ReadHeader(read)) << row;
         EXPECT_FALSE(io->Read(read)) << row;
@@ -329,7 +324,7 @@ TEST_F(BitmapHeads, NameTheTypeThatADocumentDoesNotHave) {
     };
     CImageDocument read;
     for (Row const& row : rows) {
-        Put("a.tif", row.file.Make());
+        folder.Write("a.tif", row.file.Make());
         ASSERT_TRUE(Read("a.tif", read)) << row.storedType;
         CSubImage const& subImage = read.GetSubImage(0);
         ASSERT_EQ(subImage.pixelType, PixelType::Float);
@@ -338,7 +333,7 @@ TEST_F(BitmapHeads, NameTheTypeThatADocumentDoesNotHave) {
             << row.storedType << ' ' << pixels[0];
         EXPECT_EQ(Narrow(subImage.metadata.GetText(u"image:storedType")), row.storedType);
     }
-    Put("a.tif", Tiff{.bits = 64, .kind = 3, .values = {third, third}}.Make());
+    folder.Write("a.tif", Tiff{.bits = 64, .kind = 3, .values = {third, third}}.Make());
     EXPECT_FALSE(Read("a.tif", read)); // not zeros
 }
 
@@ -346,7 +341,7 @@ TEST_F(BitmapHeads, OfSgiAreTheSameEachTime) {
     CImageDocument image;
     AddNoise(image, 8, 8, u"RGB", PixelType::UInt8);
     ASSERT_TRUE(Write("a.sgi", image));
-    std::string const name = Content(folder + "a.sgi").substr(24, 80);
+    std::string const name = folder.Read("a.sgi").substr(24, 80);
     EXPECT_EQ(name, std::string(80, '\0')); // and not what lay in memory
 }
 

@@ -79,9 +79,9 @@ TEST_F(BitmapPlugin, OffersWhatTheLibraryHasWithoutOpeningIt) {
 }
 
 TEST_F(BitmapPlugin, TellsWhyItsBackendCannotBeOpened) {
-    std::filesystem::create_directories(folder + "plugins/backends");
-    std::filesystem::copy_file(ZELTOOLS_BUILT_PLUGINS "/bitmap.so", folder + "plugins/bitmap.so");
-    Use(folder + "plugins/");
+    std::filesystem::create_directories(folder.Native() + "plugins/backends");
+    std::filesystem::copy_file(ZELTOOLS_BUILT_PLUGINS "/bitmap.so", folder.Native() + "plugins/bitmap.so");
+    Use(folder.Native() + "plugins/");
     CImageDocument image;
     auto const io = Open("a.png");
     EXPECT_FALSE(io->ReadHeader(image));
@@ -207,7 +207,7 @@ TEST_F(BitmapPlugin, TakesOptionsByName) {
     AddNoise(image, 64, 64, u"RGB", PixelType::UInt8);
     write("bad.jpg", {{u"quality", u"5"}});
     write("good.jpg", {{u"quality", u"95"}});
-    EXPECT_LT(Content(folder + "bad.jpg").size() * 2, Content(folder + "good.jpg").size());
+    EXPECT_LT(folder.Read("bad.jpg").size() * 2, folder.Read("good.jpg").size());
     AddNoise(image, 64, 64, u"RGB", PixelType::UInt8);
     EXPECT_FALSE(Write("two.jpg", image)); // not the first of two, silently
     EXPECT_FALSE(Write("none.png", CImageDocument()));
@@ -239,11 +239,11 @@ TEST_F(BitmapPlugin, TellsWhatCannotBeRead) {
     CImageDocument image;
     AddNoise(image, 64, 64, u"RGB", PixelType::UInt8);
     ASSERT_TRUE(Write("a.png", image));
-    std::ofstream(folder + "empty.png");
-    std::filesystem::create_directory(folder + "folder.png");
-    ASSERT_EQ(mkfifo((folder + "pipe.png").c_str(), 0600), 0); // nobody ever answers
-    std::filesystem::copy_file(folder + "a.png", folder + "a.jpg");
-    std::filesystem::copy_file(folder + "a.png", folder + "\xFF%s?\\.png");
+    folder.Write("empty.png");
+    std::filesystem::create_directory(folder.Native() + "folder.png");
+    ASSERT_EQ(mkfifo((folder.Native() + "pipe.png").c_str(), 0600), 0); // nobody ever answers
+    std::filesystem::copy_file(folder.Native() + "a.png", folder.Native() + "a.jpg");
+    std::filesystem::copy_file(folder.Native() + "a.png", folder.Native() + "\xFF%s?\\.png");
     std::pair<char const*, int> const rows[] = {
         {"absent.png", IoCannotOpen}, {"empty.png", IoEmptyFile}, {"folder.png", IoCannotOpen},
         {"pipe.png", IoCannotOpen},   {"a.jpg", IoOwnText},       {"\xFF%s?\\.png", IoSuccess},
@@ -265,10 +265,10 @@ TEST_F(BitmapPlugin, NoticesThatAFileIsCut) {
          {"bmp", "dpx", "exr", "ico", "iff", "jp2", "jpg", "png", "ppm", "rla", "sgi", "tga", "tif", "webp", "gif"}) {
         std::string const name = std::string("a.") + extension;
         ASSERT_TRUE(Write(name, image)) << extension;
-        std::string const whole = Content(folder + name);
+        std::string const whole = folder.Read(name);
         for (std::size_t part = 1; part < 22; ++part) {
             std::string const cut = "cut" + std::to_string(part) + '.' + extension;
-            std::ofstream(folder + cut, std::ios::binary) << whole.substr(0, whole.size() * part / 24);
+            folder.Write(cut, whole.substr(0, whole.size() * part / 24));
             CImageDocument read;
             EXPECT_FALSE(Read(cut, read)) << cut;
             EXPECT_EQ(read.GetSubImageCount(), 0u);
@@ -285,18 +285,18 @@ TEST_F(BitmapPlugin, AFailedSaveLeavesTheOldFile) {
     for (char const* const extension : {"bmp", "dpx", "exr", "fits", "gif", "hdr", "heic", "ico", "iff", "jp2", "jpg",
                                         "png", "ppm", "rla", "sgi", "tga", "tif", "webp"}) {
         std::string const name = std::string("a.") + extension;
-        std::ofstream(folder + name) << "old";
+        folder.Write(name, "old");
         ASSERT_TRUE(Write("whole_" + name, image)) << name;
         rlimit before{};
         getrlimit(RLIMIT_FSIZE, &before);
-        rlimit const half{.rlim_cur = Content(folder + "whole_" + name).size() / 2, .rlim_max = before.rlim_max};
+        rlimit const half{.rlim_cur = folder.Read("whole_" + name).size() / 2, .rlim_max = before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &half);
         bool const written = Open(name, 0)->Write(image);
         setrlimit(RLIMIT_FSIZE, &before);
         EXPECT_FALSE(written) << name;
-        EXPECT_EQ(Content(folder + name), "old");
-        std::filesystem::remove(folder + name);
-        std::filesystem::remove(folder + "whole_" + name);
+        EXPECT_EQ(folder.Read(name), "old");
+        std::filesystem::remove(folder.Native() + name);
+        std::filesystem::remove(folder.Native() + "whole_" + name);
         EXPECT_EQ(Files(), std::set<std::string>()) << name;
     }
 }
