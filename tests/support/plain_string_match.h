@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -50,6 +51,9 @@ public:
                 }
             }
         }
+        // With quotes, each group has the words twice over; neither order nor number of them tells.
+        std::sort(words.begin(), words.end());
+        words.erase(std::unique(words.begin(), words.end()), words.end());
         bool result = true;
         for (Operation const& operation : operations) {
             bool operand = false;
