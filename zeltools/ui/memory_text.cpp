@@ -119,10 +119,10 @@ bool MemoryText::Undo() {
     if (changes.empty()) {
         return false;
     }
-    Change const change = std::move(changes.back());
-    changes.pop_back();
-    Exchange(change.first, change.inserted, change.removed);
+    Change const& change = changes.back();
+    Exchange(change.first, change.inserted, change.removed); // may throw: the older changes would miss this one
     Select(change.selection.first, change.selection.last);
+    changes.pop_back();
     return true;
 }
 
