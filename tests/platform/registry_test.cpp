@@ -266,8 +266,10 @@ TEST_F(Registry, DamagedFileIsSetAside) {
         if (number == 1) {
             SetRegistryDamageReporter([](std::string const& name) { names.push_back(name); }); // told of what was
         }
+        HKEY const old = key;
         EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\B", KeyAllAccess, &key, nullptr), ErrorSuccess);
         EXPECT_EQ(Set(key, u"v", "new"), ErrorSuccess);
+        EXPECT_EQ(Get(old, u"v"), "status 1018"); // no key of another file
         EXPECT_EQ(Get(key, u"v"), "3:new");
         ++number;
         EXPECT_EQ(folder.Read("settings/registry.db.damaged-" + std::to_string(number)), content);

@@ -26,7 +26,8 @@ namespace {
 constexpr long long ApplicationId = 0x5A454C52; // "ZELR", in the header of the file
 constexpr long long SchemaVersion = 1;
 
-// AUTOINCREMENT keeps an id from coming back, so that a handle to a deleted key never means a later one.
+// AUTOINCREMENT keeps an id from coming back, so that a handle to a deleted key never means a later one. The ids of each
+// file begin anywhere in 40 bits, so that neither does a handle to a key of a file that was replaced.
 constexpr char const* Schema = R"(
 CREATE TABLE key (
     id     INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -44,7 +45,7 @@ CREATE TABLE value (
     data   BLOB NOT NULL,
     UNIQUE (key, folded)
 );
-INSERT INTO sqlite_sequence (name, seq) VALUES ('key', 15);
+INSERT INTO sqlite_sequence (name, seq) VALUES ('key', 15 + (random() & 1099511627775));
 PRAGMA application_id = 1514490962;
 PRAGMA user_version = 1;
 )";
