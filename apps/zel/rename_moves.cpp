@@ -67,12 +67,17 @@ std::string NameForAWhile(std::string const& folder) {
 
 class Carrier {
 public:
-    explicit Carrier(RenamePlan& renamePlan) : plan(renamePlan) {}
+    Carrier(RenamePlan& renamePlan, std::function<bool()> const& mustStopNow)
+        : plan(renamePlan), mustStop(mustStopNow) {}
 
     /// Each for itself: what has its new name keeps it, and what follows a failure finds its name taken.
     void CarryRow(RenameChain const& chain) {
         for (std::size_t const i : chain.items) {
             RenameItem& item = plan.items[i];
+            if (IsStopped()) {
+                item.state = RenameState::NotDone;
+                continue;
+            }
             item.reason = Move(item.Source(), item.Target());
             item.state = item.reason.empty() ? RenameState::Renamed : RenameState::Failed;
         }
@@ -80,6 +85,12 @@ public:
 
     /// All or none: the first one waits until the last one has left its name.
     void CarryRing(RenameChain const& chain) {
+        if (IsStopped()) {
+            for (std::size_t const i : chain.items) {
+                plan.items[i].state = RenameState::NotDone;
+            }
+            return;
+        }
         RenameItem const& first = plan.items[chain.items.front()];
         std::string const waiting = NameForAWhile(first.folder);
         std::vector<std::pair<std::string, std::string>> moves = {{first.Source(), waiting}};
@@ -113,7 +124,15 @@ private:
         return reason.empty() ? MoveWithoutReplacing(from, to) : reason;
     }
 
+    /// Asks until it is told once.
+    bool IsStopped() {
+        stopped = stopped || mustStop();
+        return stopped;
+    }
+
     RenamePlan& plan;
+    std::function<bool()> const& mustStop;
+    bool stopped = false;
 };
 
 } // namespace
@@ -127,19 +146,9 @@ std::string MoveWithoutReplacing(std::string const& from, std::string const& to)
 }
 
 void CarryOut(RenamePlan& plan, std::function<bool()> const& mustStop) {
-    Carrier carrier(plan);
-    bool stopped = false;
+    Carrier carrier(plan, mustStop);
     for (RenameChain const& chain : plan.chains) {
-        stopped = stopped || mustStop();
-        if (stopped) {
-            for (std::size_t const i : chain.items) {
-                plan.items[i].state = RenameState::NotDone;
-            }
-        } else if (chain.isRing) {
-            carrier.CarryRing(chain);
-        } else {
-            carrier.CarryRow(chain);
-        }
+        chain.isRing ? carrier.CarryRing(chain) : carrier.CarryRow(chain);
     }
 }
 

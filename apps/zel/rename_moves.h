@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Carries a plan of new names out. No file is ever replaced, whatever other programs do meanwhile, and between two
-// chains of the plan each file has its old name or its new one.
+// Carries a plan of new names out. No file is ever replaced, whatever other programs do meanwhile, and it can stop
+// wherever each file has its old name or its new one: between two files, or between two rings of names.
 
 #pragma once
 
@@ -16,10 +16,10 @@ namespace zel {
 std::string MoveWithoutReplacing(std::string const& from, std::string const& to);
 
 /// Renames the planned files and enters how it went. What a failure leaves half done is taken back.
-/// @param mustStop  Asked before each chain; what is left then is NotDone.
+/// @param mustStop  Asked before each file and each ring; what is left then is NotDone.
 void CarryOut(RenamePlan& plan, std::function<bool()> const& mustStop);
 
-/// While it lives, an interruption, a hang-up or a termination only asks to stop: a chain that is begun comes to its
+/// While it lives, an interruption, a hang-up or a termination only asks to stop: a ring that is begun comes to its
 /// end. One at a time.
 class PatientStop {
 public:

@@ -8,6 +8,13 @@
 
 namespace zel {
 
+namespace {
+
+/// Leaves room for the numbers of all files that follow.
+constexpr unsigned long long MaxStart = 1'000'000'000'000'000;
+
+} // namespace
+
 CLI::App* AddRenameCommand(CLI::App& app, RenameOptions& options) {
     CLI::App* const command =
         app.add_subcommand("rename", "Give files new names from a template; without --apply, tell what would be done");
@@ -28,7 +35,9 @@ CLI::App* AddRenameCommand(CLI::App& app, RenameOptions& options) {
     command->add_option("--sort", options.files.sort, "Number the files by name, size, date or kind; walk as they come")
         ->transform(CLI::CheckedTransformer(SortWords()))
         ->option_text("KEY");
-    command->add_option("--start", options.start, "The number of the first file")->option_text("N");
+    command->add_option("--start", options.start, "The number of the first file")
+        ->check(CLI::Range(0ULL, MaxStart))
+        ->option_text("N");
     command->add_flag("--json", options.json, "Print JSON");
     options.files.threads = 0;
     command
