@@ -41,7 +41,10 @@ FileTemplate::FileTemplate(std::string const& text) : endsLine(text.ends_with('\
         tags.ExtractParam(name, parameters);
         if (IsMetadata(name)) {
             constexpr int before = static_cast<int>(MetadataTag.size());
-            tags.AddMetadataTag(name.Mid(before, name.GetLength() - before - 1));
+            CXTString<char16_t> const wanted = name.Mid(before, name.GetLength() - before - 1);
+            if (!wanted.IsEmpty()) {
+                tags.AddMetadataTag(wanted);
+            }
         }
         CTagInfo info;
         if (tags.GetTagInfo(name, info)) {

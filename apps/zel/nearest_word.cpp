@@ -42,7 +42,7 @@ std::string NearestWord(std::string_view word, std::vector<std::string> const& k
     }
     std::size_t best = MaxLength;
     for (std::string const& candidate : known) {
-        std::size_t const allowed = (std::max(word.size(), candidate.size()) + 2) / 3;
+        std::size_t const allowed = (std::max(word.size(), candidate.size()) + 1) / 3;
         std::size_t const distance = Distance(word, candidate);
         if (distance <= allowed && distance < best) {
             best = distance;
