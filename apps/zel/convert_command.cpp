@@ -5,6 +5,7 @@
 #include "media/named_options.h"
 #include "media/scene_io.h"
 #include "media_facts.h"
+#include "output.h"
 #include "output_folder.h"
 #include "plugins_setup.h"
 #include "single_work.h"
@@ -157,18 +158,18 @@ private:
             return Fail(options.to, folder.Error());
         }
         if (!options.options.empty() && options.preferences && !to.SaveIoParameters(false, remembered, toClass)) {
-            fmt::print(stderr, "zel: the options could not be remembered\n"); // the file is none the worse for it
+            Print(stderr, "zel: the options could not be remembered\n"); // the file is none the worse for it
         }
-        fmt::print("{}: {}{}\n", ShownName(options.to, isatty(STDOUT_FILENO)),
-                   ShownName(work->facts.Text(), isatty(STDOUT_FILENO)),
-                   work->written.failures.empty()
-                       ? std::string()
-                       : fmt::format(", written by {}, not the first choice", work->written.parser));
-        return std::fflush(stdout) == 0 ? ExitAllWell : ExitSomeFailed;
+        Print("{}: {}{}\n", ShownName(options.to, isatty(STDOUT_FILENO)),
+              ShownName(work->facts.Text(), isatty(STDOUT_FILENO)),
+              work->written.failures.empty()
+                  ? std::string()
+                  : fmt::format(", written by {}, not the first choice", work->written.parser));
+        return EndOutput(ExitAllWell);
     }
 
     static int Fail(std::string const& file, std::string const& reason) {
-        fmt::print(stderr, "zel: {}\n", ShownName(file + ": " + reason, isatty(STDERR_FILENO)));
+        Print(stderr, "zel: {}\n", ShownName(file + ": " + reason, isatty(STDERR_FILENO)));
         return ExitSomeFailed;
     }
 
@@ -180,7 +181,7 @@ private:
 int RunConvert(ConvertOptions const& options) {
     for (std::string const& option : options.options) {
         if (option.find('=') == 0 || option.find('=') == std::string::npos) {
-            fmt::print(stderr, "zel: --option {}: name=value is wanted\n", ShownName(option, isatty(STDERR_FILENO)));
+            Print(stderr, "zel: --option {}: name=value is wanted\n", ShownName(option, isatty(STDERR_FILENO)));
             return ExitWrongUsage;
         }
     }

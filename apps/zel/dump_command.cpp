@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
+#include "output.h"
 #include "terminal.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/four_cc.h>
@@ -46,9 +47,7 @@ public:
             Fail("it ends too early");
             e->Delete();
         }
-        if (std::fflush(stdout) != 0)
-            Tell("standard output: not everything could be written");
-        return failed ? ExitSomeFailed : ExitAllWell;
+        return EndOutput(failed ? ExitSomeFailed : ExitAllWell);
     }
 
 private:
@@ -70,7 +69,7 @@ private:
     bool DumpStream(CXArchive& archive) {
         CCustomData data;
         data.Serialize(archive);
-        Print(data);
+        PrintValues(data);
         return true;
     }
 
@@ -93,22 +92,22 @@ private:
                          : fmt::format("record {} of {} is damaged; it and what follows cannot be read", i + 1, count));
                 return false;
             }
-            fmt::print("{}record {} {} (0x{:08X} 0x{:08X})\n", i != 0 ? "\n" : "", FourCCText(first).data(),
-                       FourCCText(second).data(), first, second);
-            Print(data);
+            Print("{}record {} {} (0x{:08X} 0x{:08X})\n", i != 0 ? "\n" : "", FourCCText(first).data(),
+                  FourCCText(second).data(), first, second);
+            PrintValues(data);
         }
         return true;
     }
 
     /// Prints the toolkit's dump with the line ends of this system, and without the power to command a terminal.
-    void Print(CCustomData& data) {
+    void PrintValues(CCustomData& data) {
         CXTString<char16_t> const dump = data.DumpCustomData(true, 0);
         std::string const text = static_cast<char const*>(XCW2A(dump, xEncodingUtf8));
         for (std::string_view rest = text; !rest.empty();) {
             std::string_view line = rest.substr(0, rest.find("\r\n"));
             rest.remove_prefix(std::min(line.size() + 2, rest.size()));
             std::size_t const tabs = std::min(line.find_first_not_of('\t'), line.size());
-            fmt::print("{}{}\n", line.substr(0, tabs), ShownName(line.substr(tabs), outputToTerminal));
+            Print("{}{}\n", line.substr(0, tabs), ShownName(line.substr(tabs), outputToTerminal));
         }
     }
 
@@ -117,7 +116,7 @@ private:
     void Tell(std::string_view what) {
         failed = true;
         std::fflush(stdout); // what was good stands before what was not
-        fmt::print(stderr, "zel: {}\n", what);
+        Print(stderr, "zel: {}\n", what);
     }
 
     static constexpr char const* noSuchFormat = "it is no custom data and no preferences file";

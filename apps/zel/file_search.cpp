@@ -2,6 +2,7 @@
 #include "file_search.h"
 
 #include "media_facts.h"
+#include "output.h"
 #include "utf8_text.h"
 
 #include <fmt/format.h>
@@ -36,8 +37,8 @@ std::unique_ptr<FileSearch> FileSearch::Prepare(SearchOptions const& options) {
     auto search = std::make_unique<FileSearch>();
     CXTString<char16_t> const expression = FromUtf8(*options.expression);
     if (!search->match.PrepareMatch(expression, options.mode, options.caseSensitive)) {
-        fmt::print(stderr, "zel: the expression has {} characters, {} are allowed\n", expression.GetLength(),
-                   CXStringMatch::MaxExpressionLength);
+        Print(stderr, "zel: the expression has {} characters, {} are allowed\n", expression.GetLength(),
+              CXStringMatch::MaxExpressionLength);
         return nullptr;
     }
     search->mayForbid = expression.Find(u'!') >= 0;

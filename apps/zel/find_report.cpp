@@ -3,7 +3,6 @@
 #include "search_explanation.h"
 #include "terminal.h"
 
-#include <cstdio>
 #include <fmt/format.h>
 #include <optional>
 #include <unistd.h>
@@ -31,27 +30,8 @@ public:
         Write(text);
     }
 
-    void AddFailure(std::string const&, std::string const&) override { Pause(); }
-
-    void Pause() override { failed |= std::fflush(stdout) != 0; }
-
-    bool HasFailed() const override { return failed; }
-
-    bool Finish(ListTotals const&) override {
-        Pause();
-        return !failed;
-    }
-
 private:
-    void Write(std::string const& text) {
-        if (beforeWriting) {
-            beforeWriting();
-        }
-        failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
-    }
-
     bool terminal;
-    bool failed = false;
     std::optional<SearchExplanation> explanation;
 };
 

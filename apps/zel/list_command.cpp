@@ -5,6 +5,7 @@
 #include "file_search.h"
 #include "interruption.h"
 #include "list_report.h"
+#include "output.h"
 #include "row_queue.h"
 #include "sort_rows.h"
 #include "template_options.h"
@@ -115,7 +116,7 @@ private:
             return ExitInterrupted;
         }
         if (!written) {
-            fmt::print(stderr, "zel: standard output: not everything could be written\n");
+            TellOutputIsCut();
             return ExitSomeFailed;
         }
         return totals.failures ? ExitSomeFailed : ExitAllWell;
@@ -172,7 +173,7 @@ private:
         report->AddFailure(nativeName, reason);
         Trace(TraceAlways, "%s\n", reason.c_str());
         progressReport.Clear();
-        fmt::print(stderr, "zel: {}\n", reason);
+        Print(stderr, "zel: {}\n", reason);
     }
 
     ListOptions const& options;

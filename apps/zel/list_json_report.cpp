@@ -3,8 +3,8 @@
 #include "json_text.h"
 #include "list_report.h"
 #include "media_facts.h"
+#include "utf8_text.h"
 
-#include <cstdio>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <vector>
@@ -54,13 +54,9 @@ public:
     void AddFailure(std::string const& nativeName, std::string const& reason) override {
         Json failure;
         SetName(failure, "name", nativeName);
-        failure["reason"] = reason;
+        failure["reason"] = ShownUtf8(reason); // with the name in it
         failures.push_back(std::move(failure));
     }
-
-    void Pause() override { failed |= std::fflush(stdout) != 0; }
-
-    bool HasFailed() const override { return failed; }
 
     bool Finish(ListTotals const& totals) override {
         Json kinds = Json::object();
@@ -69,22 +65,14 @@ public:
         }
         Write(std::string(any ? "\n" : "{\"files\": [") + "],\n\"failures\": " + failures.dump() +
               ",\n\"totals\": " + kinds.dump() + (totals.interrupted ? ",\n\"interrupted\": true" : "") + "}\n");
-        return !failed && std::fflush(stdout) == 0;
+        return ListReport::Finish(totals);
     }
 
 private:
-    void Write(std::string const& text) {
-        if (beforeWriting) {
-            beforeWriting();
-        }
-        failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
-    }
-
     FileTemplate const* expansion; ///< Null for none.
     ExpansionPlace place;
     Json failures = Json::array();
     bool any = false;
-    bool failed = false;
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How a list is printed: as columns for a person, or as JSON for a program. Both print each row as it comes.
+// How a list is printed: as columns for a person, as JSON for a program, as the texts of a template, or as paths alone.
+// Each prints a row as it comes.
 
 #pragma once
 
@@ -10,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace zel {
 
@@ -33,17 +35,24 @@ public:
     virtual ~ListReport() = default;
 
     virtual void AddRow(FileFacts const& facts) = 0;
-    /// A file or folder that could not be read. The text report leaves this to standard error.
-    virtual void AddFailure(std::string const& nativeName, std::string const& reason) = 0;
+    /// A file or folder that could not be read, of which standard error tells next: shows what has come.
+    virtual void AddFailure(std::string const& nativeName, std::string const& reason);
     /// Nothing may come for a while: shows what has come.
-    virtual void Pause() {}
+    virtual void Pause() { Flush(); }
     /// Whether nobody takes what is written.
-    virtual bool HasFailed() const = 0;
+    bool HasFailed() const { return failed; }
     /// The end of the list; false when not everything could be written.
-    [[nodiscard]] virtual bool Finish(ListTotals const& totals) = 0;
+    [[nodiscard]] virtual bool Finish(ListTotals const& totals);
 
     /// Called before each piece that goes to standard output, where that shows something else too; may be empty.
     std::function<void()> beforeWriting;
+
+protected:
+    void Write(std::string_view text);
+    void Flush();
+
+private:
+    bool failed = false;
 };
 
 /// Columns on standard output, in colours where it is a terminal that wants them.

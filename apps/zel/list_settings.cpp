@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "list_settings.h"
 
+#include "output.h"
 #include "sort_rows.h"
 #include <zeltools/foundation/application_preferences.h>
 #include <zeltools/foundation/four_cc.h>
@@ -78,7 +79,7 @@ void Remember(ListChoices& choices, bool hasTemplate) {
     Exchange(store, SortId, SortWords(), choices.sort);
     Exchange(store, ProgressId, ProgressWords, choices.progress);
     if (!store.IsEqual(before) && !store.SaveToPrefs(path, CommandKey, OptionsKey)) {
-        fmt::print(stderr, "zel: the options could not be remembered\n"); // the list itself is none the worse for it
+        Print(stderr, "zel: the options could not be remembered\n"); // the list itself is none the worse for it
     }
 }
 

@@ -2,7 +2,6 @@
 #include "file_template.h"
 #include "list_report.h"
 
-#include <cstdio>
 #include <unistd.h>
 
 namespace zel {
@@ -25,27 +24,12 @@ public:
         if (!expansion.EndsLine()) {
             text += '\n';
         }
-        if (beforeWriting) {
-            beforeWriting();
-        }
-        failed |= std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
-    }
-
-    void AddFailure(std::string const&, std::string const&) override { Pause(); }
-
-    void Pause() override { failed |= std::fflush(stdout) != 0; }
-
-    bool HasFailed() const override { return failed; }
-
-    bool Finish(ListTotals const&) override {
-        Pause();
-        return !failed;
+        Write(text);
     }
 
 private:
     FileTemplate const& expansion;
     ExpansionPlace place;
-    bool failed = false;
 };
 
 } // namespace

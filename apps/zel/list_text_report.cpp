@@ -88,20 +88,18 @@ public:
         }
         buffer.push_back('\n');
         if (buffer.size() >= flushBytes) {
-            Flush();
+            WriteOut();
         }
     }
 
     void Pause() override {
         if (Clock::now() - lastFlush >= flushPause) {
-            Flush();
+            WriteOut();
         }
     }
 
-    bool HasFailed() const override { return failed; }
-
     void AddFailure(std::string const&, std::string const&) override {
-        Flush(); // so that the words on standard error stand where the row would be
+        WriteOut(); // so that the words on standard error stand where the row would be
     }
 
     bool Finish(ListTotals const& totals) override {
@@ -124,8 +122,8 @@ public:
         if (totals.interrupted) {
             fmt::format_to(Out(), "{}\n", Coloured("interrupted", Colour::Red, colour));
         }
-        Flush();
-        return !failed && std::fflush(stdout) == 0;
+        WriteOut();
+        return !HasFailed();
     }
 
 private:
@@ -139,12 +137,9 @@ private:
         }
     }
 
-    void Flush() {
-        if (beforeWriting) {
-            beforeWriting();
-        }
-        failed |= std::fwrite(buffer.data(), 1, buffer.size(), stdout) != buffer.size();
-        failed |= std::fflush(stdout) != 0;
+    void WriteOut() {
+        Write({buffer.data(), buffer.size()});
+        Flush();
         buffer.clear();
         lastFlush = Clock::now();
     }
@@ -154,19 +149,12 @@ private:
     bool colour;
     bool terminal;
     bool headed = false;
-    bool failed = false;
     fmt::memory_buffer buffer;
     Clock::time_point lastFlush{};
     DateText dates;
 };
 
 } // namespace
-
-void ListTotals::Add(FileFacts const& facts) {
-    Kind& kind = kinds[facts.kind];
-    ++kind.files;
-    kind.sizeBytes += facts.isFolder ? 0 : facts.sizeBytes;
-}
 
 std::unique_ptr<ListReport> MakeTextReport() {
     return std::make_unique<TextReport>();

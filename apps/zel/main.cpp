@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "list_settings.h"
 #include "media_options.h"
+#include "output.h"
 #include "plugins_setup.h"
 #include "registry_command.h"
 #include "template_options.h"
@@ -74,7 +75,7 @@ void TellOfSettings(unsigned int, CXTString<char16_t> text, bool, void*) {
     if (text.Find(u"Preferences: ") == 0 || text.Find(u"Registry: ") == 0) {
         text.TrimRight();
         std::string const line = static_cast<char const*>(XCW2A(text, xEncodingUtf8));
-        fmt::print(stderr, "zel: {}\n", zel::ShownName(line, isatty(STDERR_FILENO) != 0));
+        zel::Print(stderr, "zel: {}\n", zel::ShownName(line, isatty(STDERR_FILENO) != 0));
     }
 }
 
@@ -89,7 +90,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.set_version_flag("--version", "zel " ZEL_VERSION);
     app.set_help_flag("-h,--help", "Print this help and exit");
-    app.footer("Exit status: 0 all well, 1 something could not be read, 2 wrong usage, 130 interrupted.");
+    app.footer("Exit status: 0 all well, 1 something could not be read or done, 2 wrong usage, 130 interrupted.");
 
     zel::ListOptions list;
     CLI::App* const listCommand =
@@ -163,7 +164,7 @@ int main(int argc, char** argv) {
         Toolkit toolkit(log);
         zel::SetPluginsFolder();
         if (!log.empty() && !IsLogFileEnabled()) {
-            fmt::print(stderr, "zel: {}: the log cannot be written\n", log);
+            zel::Print(stderr, "zel: {}: the log cannot be written\n", log);
             return zel::ExitSomeFailed;
         }
         if (*listCommand) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "json_text.h"
+#include "output.h"
 #include "plugins_setup.h"
 #include "terminal.h"
 #include "utf8_text.h"
@@ -113,25 +114,25 @@ void PrintJson(std::string const& folder, std::vector<PluginRow> const& rows) {
     Json object;
     SetName(object, "folder", folder);
     object["plugins"] = plugins;
-    fmt::print("{}\n", object.dump(2));
+    Print("{}\n", object.dump(2));
 }
 
 void PrintText(std::string const& folder, std::vector<PluginRow> const& rows) {
     bool const terminal = isatty(STDOUT_FILENO);
-    fmt::print("{}\n", ShownName(folder, terminal));
+    Print("{}\n", ShownName(folder, terminal));
     for (PluginRow const& row : rows) {
-        fmt::print("{:<24}  {:>5}  {}\n", ShownName(row.file, terminal), ReleaseText(row.release),
-                   row.loaded ? fmt::format("{} types", row.classes.size()) : ShownName(row.reason, terminal));
+        Print("{:<24}  {:>5}  {}\n", ShownName(row.file, terminal), ReleaseText(row.release),
+              row.loaded ? fmt::format("{} types", row.classes.size()) : ShownName(row.reason, terminal));
         for (unsigned int const classId : row.classes) {
             CFileExt type;
             fileGetExtensionInfo(classId, type);
-            fmt::print("    {}  {:<4}  {:<4}  {}\n", ClassText(classId),
-                       (type.GetProperties() & FilePropertyAnyLoad) != 0 ? "load" : "-",
-                       (type.GetProperties() & FilePropertyAnySave) != 0 ? "save" : "-", Utf8(type.GetDescription()));
+            Print("    {}  {:<4}  {:<4}  {}\n", ClassText(classId),
+                  (type.GetProperties() & FilePropertyAnyLoad) != 0 ? "load" : "-",
+                  (type.GetProperties() & FilePropertyAnySave) != 0 ? "save" : "-", Utf8(type.GetDescription()));
         }
     }
     if (rows.empty()) {
-        fmt::print("no plug-ins\n");
+        Print("no plug-ins\n");
     }
 }
 
@@ -144,7 +145,7 @@ int RunPlugins(bool json) {
     json ? PrintJson(folder, rows) : PrintText(folder, rows);
     bool const refused =
         std::any_of(rows.begin(), rows.end(), [](PluginRow const& row) { return row.tried && !row.loaded; });
-    return std::fflush(stdout) == 0 && !refused ? ExitAllWell : ExitSomeFailed;
+    return EndOutput(refused ? ExitSomeFailed : ExitAllWell);
 }
 
 } // namespace zel

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "custom_values.h"
+#include "output.h"
 #include "prefs_file.h"
 #include "terminal.h"
 #include <zeltools/files/paths/native_names.h>
@@ -20,12 +21,12 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 int Fail(std::string const& reason, ExitStatus status = ExitSomeFailed) {
-    fmt::print(stderr, "zel: {}\n", reason);
+    Print(stderr, "zel: {}\n", reason);
     return status;
 }
 
 int Finish(int status) {
-    return std::fflush(stdout) == 0 ? status : Fail("standard output: not everything could be written");
+    return EndOutput(status);
 }
 
 std::string RecordName(unsigned int key1, unsigned int key2) {
@@ -60,8 +61,8 @@ void PrintValues(Json const& values, int depth, bool toTerminal) {
         std::string const id = ShownName(row.at("id").get<std::string>(), toTerminal);
         std::string const type = row.at("type");
         bool const isStore = row.at("value").is_array() && type.ends_with("store");
-        fmt::print("{:{}}{:<10}  {:<12}  {}\n", "", 2 * depth, id, type,
-                   isStore ? "" : ShownName(TextOf(row.at("value")), toTerminal));
+        Print("{:{}}{:<10}  {:<12}  {}\n", "", 2 * depth, id, type,
+              isStore ? "" : ShownName(TextOf(row.at("value")), toTerminal));
         if (isStore) {
             PrintValues(row.at("value"), depth + 1, toTerminal);
         }
@@ -77,14 +78,14 @@ int List(PrefsFile const& file, bool json) {
         rows.push_back(row);
     }
     if (json) {
-        fmt::print("{}\n", Json{{"records", rows}}.dump(2));
+        Print("{}\n", Json{{"records", rows}}.dump(2));
         return ExitAllWell;
     }
-    fmt::print("{:<10}  {:<10}  {:>6}  {:>8}  {}\n", "KEY1", "KEY2", "VALUES", "BYTES", "GENERATION");
+    Print("{:<10}  {:<10}  {:>6}  {:>8}  {}\n", "KEY1", "KEY2", "VALUES", "BYTES", "GENERATION");
     for (Json const& row : rows) {
-        fmt::print("{:<10}  {:<10}  {:>6}  {:>8}  {}\n", row.at("key1").get<std::string>(),
-                   row.at("key2").get<std::string>(), row.at("values").get<unsigned int>(),
-                   row.at("bytes").get<std::size_t>(), row.at("generation").get<std::string>());
+        Print("{:<10}  {:<10}  {:>6}  {:>8}  {}\n", row.at("key1").get<std::string>(),
+              row.at("key2").get<std::string>(), row.at("values").get<unsigned int>(),
+              row.at("bytes").get<std::size_t>(), row.at("generation").get<std::string>());
     }
     return ExitAllWell;
 }
@@ -100,10 +101,10 @@ int Show(PrefsFile& file, std::optional<Target> const& target, bool json) {
         }
     }
     if (json) {
-        fmt::print("{}\n", Json{{"records", rows}}.dump(2));
+        Print("{}\n", Json{{"records", rows}}.dump(2));
     } else {
         for (Json const& row : rows) {
-            fmt::print("{} {}\n", row.at("key1").get<std::string>(), row.at("key2").get<std::string>());
+            Print("{} {}\n", row.at("key1").get<std::string>(), row.at("key2").get<std::string>());
             PrintValues(row.at("values"), 1, toTerminal);
         }
     }
@@ -118,10 +119,10 @@ int Get(PrefsFile& file, Target const& target, bool json) {
     }
     Json const content = JsonOf(*record->store, *value);
     if (json) {
-        fmt::print("{}\n", Json{{"type", TypeOf(*value)}, {"value", content}}.dump(2));
+        Print("{}\n", Json{{"type", TypeOf(*value)}, {"value", content}}.dump(2));
     } else {
         std::string const text = TextOf(content);
-        fmt::print("{}\n", isatty(STDOUT_FILENO) != 0 ? ShownName(text, true) : text);
+        Print("{}\n", isatty(STDOUT_FILENO) != 0 ? ShownName(text, true) : text);
     }
     return ExitAllWell;
 }
@@ -184,19 +185,19 @@ public:
         }
     }
 
-    void Print(bool json) const {
+    void PrintRows(bool json) const {
         if (json) {
-            fmt::print("{}\n", Json{{"differences", rows}}.dump(2));
+            Print("{}\n", Json{{"differences", rows}}.dump(2));
             return;
         }
         bool const toTerminal = isatty(STDOUT_FILENO) != 0;
         for (Json const& row : rows) {
             for (auto const& [side, sign] : {std::pair{"first", '-'}, std::pair{"second", '+'}}) {
                 if (row.contains(side)) {
-                    fmt::print("{} {} {} {}  {}  {}\n", sign, row.at("key1").get<std::string>(),
-                               row.at("key2").get<std::string>(), row.value("id", "(record)"),
-                               row.at(side).at("type").get<std::string>(),
-                               ShownName(TextOf(row.at(side).at("value")), toTerminal));
+                    Print("{} {} {} {}  {}  {}\n", sign, row.at("key1").get<std::string>(),
+                          row.at("key2").get<std::string>(), row.value("id", "(record)"),
+                          row.at(side).at("type").get<std::string>(),
+                          ShownName(TextOf(row.at(side).at("value")), toTerminal));
                 }
             }
         }
@@ -270,7 +271,7 @@ int Diff(PrefsFile& file, PrefsOptions const& options) {
         return Fail(failure);
     }
     Difference const difference(file, other);
-    difference.Print(options.json);
+    difference.PrintRows(options.json);
     return difference.IsEmpty() ? ExitAllWell : ExitSomeFailed;
 }
 

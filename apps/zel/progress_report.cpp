@@ -3,6 +3,7 @@
 
 #include "interruption.h"
 #include "json_text.h"
+#include "output.h"
 #include "terminal.h"
 #include <zeltools/foundation/string_conversion.h>
 #include <zeltools/process/progress_text.h>
@@ -132,7 +133,7 @@ void ProgressReport::DrawBar(double done, std::string const& place) {
         line += "  " + tail;
     }
     if (static_cast<int>(DisplayWidth(line)) <= columns) {
-        fmt::print(stderr, "\r{}\033[K", line);
+        Print(stderr, "\r{}\033[K", line);
         std::fflush(stderr);
         drawn = true;
     }
@@ -142,8 +143,7 @@ void ProgressReport::DrawBar(double done, std::string const& place) {
 void ProgressReport::PrintLine(double done) const {
     double const gone = SecondsGone();
     std::string const left = TimeLeft(gone, done);
-    fmt::print(stderr, "zel: {:>3} %, {}{}{}\n", static_cast<int>(done * 100), FilesText(), left.empty() ? "" : ", ",
-               left);
+    Print(stderr, "zel: {:>3} %, {}{}{}\n", static_cast<int>(done * 100), FilesText(), left.empty() ? "" : ", ", left);
 }
 
 void ProgressReport::PrintJson(double done, std::string const& place) const {
@@ -156,12 +156,12 @@ void ProgressReport::PrintJson(double done, std::string const& place) const {
     long long const left = progressSecondsLeft(gone, done);
     object["secondsLeft"] = left < 0 ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(left);
     SetName(object, "folder", place);
-    fmt::print(stderr, "{}\n", object.dump());
+    Print(stderr, "{}\n", object.dump());
 }
 
 void ProgressReport::Clear() {
     if (drawn) {
-        fmt::print(stderr, "\r\033[K");
+        Print(stderr, "\r\033[K");
         std::fflush(stderr);
         drawn = false;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "registry_command.h"
 
+#include "output.h"
 #include "registry_difference.h"
 #include "registry_keys.h"
 #include "registry_values.h"
@@ -26,7 +27,7 @@ constexpr char const* Roots[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER",   "HK
 
 int Fail(CRegUtil const& registry, std::string const& object) {
     std::string const reason = registry.GetExitCode() == 2 ? "no such key or value" : Utf8(registry.GetExitText());
-    fmt::print(stderr, "zel: {}: {}\n", ShownName(object, isatty(STDERR_FILENO)), reason);
+    Print(stderr, "zel: {}: {}\n", ShownName(object, isatty(STDERR_FILENO)), reason);
     return ExitSomeFailed;
 }
 
@@ -35,7 +36,7 @@ std::string ShownValue(RegistryOptions const& options) {
 }
 
 int Finish() {
-    return std::fflush(stdout) == 0 ? ExitAllWell : ExitSomeFailed;
+    return EndOutput(ExitAllWell);
 }
 
 int List(RegistryOptions const& options) {
@@ -55,10 +56,10 @@ int List(RegistryOptions const& options) {
         }
     }
     if (options.json) {
-        fmt::print("{}\n", Json({{"key", ShownKey(options.key)}, {"keys", names}}).dump(2));
+        Print("{}\n", Json({{"key", ShownKey(options.key)}, {"keys", names}}).dump(2));
     } else {
         for (std::string const& name : names) {
-            fmt::print("{}\n", ShownName(name, isatty(STDOUT_FILENO)));
+            Print("{}\n", ShownName(name, isatty(STDOUT_FILENO)));
         }
     }
     return Finish();
@@ -76,7 +77,7 @@ int Show(RegistryOptions const& options) {
     for (Key const& key : keys) {
         Json values = Json::array();
         if (!options.json && options.recursive) {
-            fmt::print("{}\n", Coloured('[' + ShownName(ShownKey(key.path), terminal) + ']', Colour::Bold, colour));
+            Print("{}\n", Coloured('[' + ShownName(ShownKey(key.path), terminal) + ']', Colour::Bold, colour));
         }
         for (RegistryValue const& value : key.values) {
             if (options.json) {
@@ -84,14 +85,13 @@ int Show(RegistryOptions const& options) {
                 continue;
             }
             std::string const name = value.name.empty() ? "(default)" : ShownName(value.name, terminal);
-            fmt::print("{}  {}  {}\n", PadRight(name, 24),
-                       Coloured(PadRight(TypeName(value.type), 10), Colour::Dim, colour),
-                       ShownName(OneLine(value), terminal));
+            Print("{}  {}  {}\n", PadRight(name, 24), Coloured(PadRight(TypeName(value.type), 10), Colour::Dim, colour),
+                  ShownName(OneLine(value), terminal));
         }
         list.push_back({{"key", ShownKey(key.path)}, {"values", values}});
     }
     if (options.json) {
-        fmt::print("{}\n", (options.recursive ? Json({{"keys", list}}) : list[0]).dump(2));
+        Print("{}\n", (options.recursive ? Json({{"keys", list}}) : list[0]).dump(2));
     }
     return Finish();
 }
@@ -103,7 +103,7 @@ int Get(RegistryOptions const& options) {
         !registry.GetKeyValue(Wide(options.name), value.type, value.bytes)) {
         return Fail(registry, ShownValue(options));
     }
-    fmt::print("{}\n", options.json ? ToJson(value).dump(2) : PlainText(value));
+    Print("{}\n", options.json ? ToJson(value).dump(2) : PlainText(value));
     return Finish();
 }
 
@@ -111,7 +111,7 @@ int Set(RegistryOptions const& options) {
     RegistryValue value{options.name};
     std::string reason;
     if (!FromTexts(options.type, options.values, value, reason)) {
-        fmt::print(stderr, "zel: {}\n", reason);
+        Print(stderr, "zel: {}\n", reason);
         return ExitWrongUsage;
     }
     CRegUtil registry(KeyAllAccess);
@@ -133,13 +133,13 @@ int Unset(RegistryOptions const& options) {
     std::size_t const nameBegin = key.rfind('/') + 1; // 0 for a key that stands right below HKEY_CURRENT_USER
     WideString const name = Wide(key.substr(nameBegin));
     if (name.IsEmpty() || (nameBegin <= 1 && CRegUtil::StrToRootKey(name) != nullptr)) {
-        fmt::print(stderr, "zel: {}: a root cannot be deleted\n", key.empty() ? options.key : key);
+        Print(stderr, "zel: {}: a root cannot be deleted\n", key.empty() ? options.key : key);
         return ExitWrongUsage;
     }
     if (!registry.SetPath(Wide(key.substr(0, nameBegin)), false) || !registry.DeleteKey(name, options.recursive)) {
         if (registry.GetExitCode() == 5 && !options.recursive && registry.KeyExists(name)) {
-            fmt::print(stderr, "zel: {}: there may be keys below; --recursive deletes them too\n",
-                       ShownName(key, isatty(STDERR_FILENO)));
+            Print(stderr, "zel: {}: there may be keys below; --recursive deletes them too\n",
+                  ShownName(key, isatty(STDERR_FILENO)));
             return ExitSomeFailed;
         }
         return Fail(registry, key);
@@ -161,7 +161,7 @@ int Diff(RegistryOptions const& options) {
     }
     Json const difference = DifferenceOf(sides[0], sides[1]);
     if (options.json) {
-        fmt::print("{}\n", Json({{"differences", difference}}).dump(2));
+        Print("{}\n", Json({{"differences", difference}}).dump(2));
     } else {
         PrintDifference(difference);
     }
@@ -217,7 +217,7 @@ int RunRegistry(RegistryOptions const& options) {
         bool exact = false;
         ValidUtf8(name, exact);
         if (!exact) { // it would name another key or value
-            fmt::print(stderr, "zel: '{}' is no UTF-8\n", ShownName(name, true));
+            Print(stderr, "zel: '{}' is no UTF-8\n", ShownName(name, true));
             return ExitWrongUsage;
         }
     }

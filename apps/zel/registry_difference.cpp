@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "registry_difference.h"
 
+#include "output.h"
 #include "terminal.h"
 
 #include <algorithm>
@@ -87,7 +88,7 @@ void PrintDifference(Json const& rows) {
     for (Json const& row : rows) {
         for (auto const& [side, sign] : {std::pair{"first", '-'}, std::pair{"second", '+'}}) {
             if (row.contains(side)) {
-                fmt::print("{} {}\n", sign, ShownName(LineOf(row, row.at(side)), terminal));
+                Print("{} {}\n", sign, ShownName(LineOf(row, row.at(side)), terminal));
             }
         }
     }

@@ -4,6 +4,7 @@
 #include "interruption.h"
 #include "json_text.h"
 #include "media_facts.h"
+#include "output.h"
 #include "rename_moves.h"
 #include "rename_plan.h"
 #include "row_queue.h"
@@ -72,8 +73,8 @@ private:
     void TakeOpenFailure(std::string const&, std::string const&) override {} // the row's facts have it
     void TakeFailure(std::string const& nativeName, CXFileException::FileExceptionType cause,
                      CXTString<char16_t> const&) override {
-        failures.push_back({nativeName, cause == CXFileException::fileNotFound ? "there is no such file or folder"
-                                                                               : "it cannot be read"});
+        bool const isMissing = cause == CXFileException::fileNotFound || cause == CXFileException::badPath;
+        failures.push_back({nativeName, isMissing ? "there is no such file or folder" : "it cannot be read"});
     }
     void TakeEndOfPath() override {}
     void TakePause() override {}
@@ -114,7 +115,7 @@ public:
             Interruption interruption;
             Collector collector(found, interruption);
             if (!collector.Collect()) {
-                fmt::print(stderr, "zel: interrupted, nothing is renamed\n");
+                Print(stderr, "zel: interrupted, nothing is renamed\n");
                 return ExitInterrupted;
             }
             failures = std::move(collector.failures);
@@ -126,12 +127,9 @@ public:
             CarryOut(plan, [] { return PatientStop::IsRequested(); });
             stopped = Count(RenameState::NotDone) != 0;
         }
-        bool const written = options.json ? PrintJson(stopped) : PrintText();
-        if (!written) {
-            fmt::print(stderr, "zel: standard output: not everything could be written\n");
-        }
-        bool const well = written && failures.empty() && Count(RenameState::Refused) + Count(RenameState::Failed) == 0;
-        return stopped ? ExitInterrupted : well ? ExitAllWell : ExitSomeFailed;
+        options.json ? PrintJson(stopped) : PrintText();
+        bool const well = failures.empty() && Count(RenameState::Refused) + Count(RenameState::Failed) == 0;
+        return EndOutput(stopped ? ExitInterrupted : well ? ExitAllWell : ExitSomeFailed);
     }
 
 private:
@@ -165,6 +163,8 @@ private:
 
     /// The expansion with the file's own extension, unless the template says which.
     std::string NewName(std::string text, FileTemplate const& wording, FileFacts const& facts) const {
+        std::string const& ending = wording.GetEnding(); // not there where it stood in a block that went
+        bool const says = options.wholeName || (ending.find('.') != std::string::npos && text.ends_with(ending));
         if (wording.EndsLine() && text.ends_with('\n')) {
             text.pop_back(); // a template file ends so
         }
@@ -173,7 +173,6 @@ private:
             text.erase(0, text.find_first_not_of(' '));
         }
         std::string const extension = static_cast<char const*>(fileGetNativeName(fileGetExtension(facts.path)));
-        bool const says = options.wholeName || wording.GetEnding().find('.') != std::string::npos;
         bool const has = text.size() >= extension.size() &&
                          strcasecmp(text.c_str() + text.size() - extension.size(), extension.c_str()) == 0;
         return says || has || text.empty() ? text : text + extension;
@@ -203,20 +202,21 @@ private:
                                                       [&](RenameItem const& item) { return item.state == state; }));
     }
 
-    bool PrintText() const {
+    void PrintText() const {
         for (Collector::Failure const& failure : failures) {
-            fmt::print(stderr, "zel: {}\n", ShownName(failure.name + ": " + failure.reason, errorsToTerminal));
+            Print(stderr, "zel: {}\n", ShownName(failure.name + ": " + failure.reason, errorsToTerminal));
         }
         for (RenameItem const& item : plan.items) {
             switch (item.state) {
             case RenameState::Planned:
             case RenameState::Renamed:
-                fmt::print("{} -> {}\n", ShownName(item.shown, toTerminal), ShownName(item.to, toTerminal));
+                Print("{} -> {}\n", ShownName(item.shown, toTerminal), ShownName(item.to, toTerminal));
                 break;
             case RenameState::Refused:
             case RenameState::Failed: {
                 std::string const wanted = item.to.empty() ? "" : " to " + item.to;
-                fmt::print(
+                std::fflush(stdout); // the lines of both streams in their order
+                Print(
                     stderr, "zel: {}\n",
                     ShownName(fmt::format("{}: not renamed{}: {}", item.shown, wanted, item.reason), errorsToTerminal));
                 break;
@@ -226,7 +226,6 @@ private:
             }
         }
         PrintSummary();
-        return std::fflush(stdout) == 0 && !std::ferror(stdout);
     }
 
     void PrintSummary() const {
@@ -239,10 +238,10 @@ private:
         add(Count(RenameState::Unchanged), "as they are");
         add(refused, "not");
         add(Count(RenameState::NotDone), "not any more: interrupted");
-        fmt::print("\n{}{}\n", text, options.apply || done == 0 ? "" : "; --apply does it");
+        Print("\n{}{}\n", text, options.apply || done == 0 ? "" : "; --apply does it");
     }
 
-    bool PrintJson(bool stopped) const {
+    void PrintJson(bool stopped) const {
         Json files = Json::array();
         for (RenameItem const& item : plan.items) {
             Json file;
@@ -268,8 +267,7 @@ private:
         if (stopped) {
             all["interrupted"] = true;
         }
-        fmt::print("{}\n", all.dump(2));
-        return std::fflush(stdout) == 0 && !std::ferror(stdout);
+        Print("{}\n", all.dump(2));
     }
 
     RenameOptions const& options;

@@ -5,6 +5,7 @@
 #include "media/bitmap_io.h"
 #include "media/scene_io.h"
 #include "media_facts.h"
+#include "output.h"
 #include "plugins_setup.h"
 #include "show_json.h"
 #include "single_work.h"
@@ -79,19 +80,19 @@ public:
 
     /// Each member on a line of its own; an object or a list of objects below its name, further to the right.
     /// @param isMetadata  Then the names are the file's own, and stay as they are.
-    void Print(Json const& object, std::size_t indent, bool isMetadata = false) const {
+    void PrintMembers(Json const& object, std::size_t indent, bool isMetadata = false) const {
         for (auto const& [key, value] : object.items()) {
             bool const isTable = !value.empty() && (value.is_object() || (value.is_array() && value[0].is_object()));
             std::string const name = std::string(indent, ' ') + ShownName(isMetadata ? key : Words(key), terminal);
             if (!isTable) {
-                fmt::print("{:<26} {}\n", name, ShownName(Scalar(value), terminal));
+                Print("{:<26} {}\n", name, ShownName(Scalar(value), terminal));
             } else if (value.is_object()) {
-                fmt::print("{}\n", name);
-                Print(value, indent + 2, key == "metadata");
+                Print("{}\n", name);
+                PrintMembers(value, indent + 2, key == "metadata");
             } else {
                 for (std::size_t i = 0; i < value.size(); ++i) {
-                    fmt::print("{} {}\n", name, i);
-                    Print(value[i], indent + 2);
+                    Print("{} {}\n", name, i);
+                    PrintMembers(value[i], indent + 2);
                 }
             }
         }
@@ -137,8 +138,8 @@ public:
             if (options.json) {
                 all.push_back(object);
             } else if (!object.empty()) {
-                TextPrinter(terminal).Print(object, 0);
-                fmt::print("\n");
+                TextPrinter(terminal).PrintMembers(object, 0);
+                Print("\n");
                 std::fflush(stdout); // the next file may take its time
             }
             if (fileStatus == ExitInterrupted) {
@@ -146,13 +147,9 @@ public:
             }
         }
         if (options.json) {
-            fmt::print("{}\n", all.dump(2));
+            Print("{}\n", all.dump(2));
         }
-        if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-            fmt::print(stderr, "zel: standard output: not everything could be written\n");
-            status = std::max<int>(status, ExitSomeFailed);
-        }
-        return status;
+        return EndOutput(status);
     }
 
 private:
@@ -181,7 +178,7 @@ private:
     }
 
     static int Fail(std::string const& file, Json& object, std::string const& reason) {
-        fmt::print(stderr, "zel: {}\n", ShownName(file + ": " + reason, isatty(STDERR_FILENO)));
+        Print(stderr, "zel: {}\n", ShownName(file + ": " + reason, isatty(STDERR_FILENO)));
         if (object.empty()) {
             object["name"] = file;
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "application_tags.h"
 #include "commands.h"
+#include "output.h"
 #include "template_faults.h"
 #include "terminal.h"
 #include "utf8_text.h"
@@ -82,7 +83,7 @@ void PrintJson(std::vector<Row> const& rows) {
                               {"parameters", ParameterNames(row->outputTypeAndFlags & TAGDATA_MASK)},
                               {"example", example.empty() ? Json(nullptr) : Json(example)}});
     }
-    fmt::print("{}\n", Json{{"tags", tags}, {"parameters", parameters}}.dump(2));
+    Print("{}\n", Json{{"tags", tags}, {"parameters", parameters}}.dump(2));
 }
 
 void PrintText(std::vector<Row> const& rows) {
@@ -90,16 +91,16 @@ void PrintText(std::vector<Row> const& rows) {
     std::string_view group;
     for (Row const& row : rows) {
         if (row.group != group) {
-            fmt::print("{}{}\n", group.empty() ? "" : "\n", Coloured(row.group, Colour::Bold, colour));
+            Print("{}{}\n", group.empty() ? "" : "\n", Coloured(row.group, Colour::Bold, colour));
             group = row.group;
         }
-        fmt::print("  {:<16} {:<11} {:<56} {}\n", row.name, row.type, row.friendly, row.example);
+        Print("  {:<16} {:<11} {:<56} {}\n", row.name, row.type, row.friendly, row.example);
     }
     for (unsigned int const type : {TAGDATA_FILENAME, TAGDATA_DATE}) {
-        fmt::print("\n{}\n", Coloured(fmt::format("Parameters of a {}", TypeWord(type)), Colour::Bold, colour));
+        Print("\n{}\n", Coloured(fmt::format("Parameters of a {}", TypeWord(type)), Colour::Bold, colour));
         for (_TagParametersList const* row : ParametersOf(type)) {
-            fmt::print("  {:<16} {:<11} {:<56} {}\n", "(" + Utf8(row->name) + ")", TypeWord(row->outputTypeAndFlags),
-                       StringOf(row->friendlyId), StringOf(row->exampleId));
+            Print("  {:<16} {:<11} {:<56} {}\n", "(" + Utf8(row->name) + ")", TypeWord(row->outputTypeAndFlags),
+                  StringOf(row->friendlyId), StringOf(row->exampleId));
         }
     }
 }
@@ -113,7 +114,7 @@ int RunTags(bool json) {
     } else {
         PrintText(rows);
     }
-    return std::fflush(stdout) == 0 ? ExitAllWell : ExitSomeFailed;
+    return EndOutput(ExitAllWell);
 }
 
 } // namespace zel

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "file_template.h"
 #include "json_text.h"
+#include "output.h"
 #include "template_options.h"
 #include "terminal.h"
 #include "utf8_text.h"
@@ -51,15 +52,14 @@ int RunTemplateCheck(TemplateCheckOptions const& options) {
                               {"nearest", fault.nearest.empty() ? nullptr : nlohmann::ordered_json(fault.nearest)},
                               {"message", ShownUtf8(fault.message)}});
         } else {
-            fmt::print("{}\n", ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message),
-                                         terminal));
+            Print("{}\n",
+                  ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal));
         }
     }
     if (options.json) {
-        fmt::print("{}\n", nlohmann::ordered_json{{"faults", faults}}.dump(2));
+        Print("{}\n", nlohmann::ordered_json{{"faults", faults}}.dump(2));
     }
-    bool const written = std::fflush(stdout) == 0;
-    return !written || (options.wording.strict && !prepared.GetFaults().empty()) ? ExitSomeFailed : ExitAllWell;
+    return EndOutput(options.wording.strict && !prepared.GetFaults().empty() ? ExitSomeFailed : ExitAllWell);
 }
 
 } // namespace zel

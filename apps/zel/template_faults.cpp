@@ -2,6 +2,7 @@
 #include "template_faults.h"
 
 #include "nearest_word.h"
+#include "output.h"
 #include "template_parts.h"
 #include "terminal.h"
 #include "utf8_text.h"
@@ -211,12 +212,12 @@ void PrintFaults(std::vector<TemplateFault> const& faults, std::string const& so
             continue;
         }
         if (printed.size() == maxLines) {
-            fmt::print(stderr, "zel: {}: and more\n", ShownName(source, terminal));
+            Print(stderr, "zel: {}: and more\n", ShownName(source, terminal));
             return;
         }
         printed.insert(fault.message);
-        fmt::print(stderr, "zel: {}\n",
-                   ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal));
+        Print(stderr, "zel: {}\n",
+              ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "template_options.h"
 
 #include "commands.h"
+#include "output.h"
 #include "terminal.h"
 
 #include <CLI/CLI.hpp>
@@ -43,14 +44,14 @@ bool ReadTemplate(TemplateOptions const& options, std::string& text) {
     text.resize(MaxTemplateBytes + 1);
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (!file.is_open() || file.bad()) {
-        fmt::print(stderr, "zel: {}: the template cannot be read: {}\n",
-                   ShownName(*options.file, isatty(STDERR_FILENO) != 0), std::strerror(errno ? errno : EIO));
+        Print(stderr, "zel: {}: the template cannot be read: {}\n",
+              ShownName(*options.file, isatty(STDERR_FILENO) != 0), std::strerror(errno ? errno : EIO));
         return false;
     }
     text.resize(static_cast<std::size_t>(file.gcount()));
     if (text.size() > MaxTemplateBytes) {
-        fmt::print(stderr, "zel: {}: a template may have {} bytes, and this one has more\n",
-                   ShownName(*options.file, isatty(STDERR_FILENO) != 0), MaxTemplateBytes);
+        Print(stderr, "zel: {}: a template may have {} bytes, and this one has more\n",
+              ShownName(*options.file, isatty(STDERR_FILENO) != 0), MaxTemplateBytes);
         return false;
     }
     if (text.starts_with(Utf8Mark)) {

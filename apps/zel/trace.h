@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "output.h"
 #include <zeltools/foundation/log_file.h>
 #include <zeltools/foundation/xexception.h>
 
@@ -25,7 +26,7 @@ void Trace(TraceLevel level, char const* format, Arguments const&... arguments) 
     } catch (CXException* failure) {
         CXException::Delete(failure);
         SetLogLevel(LogLevelOff);
-        fmt::print(stderr, "zel: the log could not be written any further\n");
+        Print(stderr, "zel: the log could not be written any further\n");
     }
 }
 

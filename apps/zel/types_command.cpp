@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "file_facts.h"
+#include "output.h"
 #include "plugins_setup.h"
 #include "terminal.h"
 #include <zeltools/files/file_types.h>
@@ -53,19 +54,19 @@ void PrintJson(std::vector<TypeRow> const& rows) {
                          {"extensions", row.extensions},
                          {"description", row.description}});
     }
-    fmt::print("{}\n", types.dump(2));
+    Print("{}\n", types.dump(2));
 }
 
 void PrintTable(std::vector<TypeRow> const& rows) {
     bool const colour = WantsColour(stdout);
-    fmt::print("{}\n", Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}", "TYPE", "KIND", "LOAD", "SAVE",
-                                            "EXTENSIONS", "DESCRIPTION"),
-                                Colour::Dim, colour));
+    Print("{}\n", Coloured(fmt::format("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}", "TYPE", "KIND", "LOAD", "SAVE",
+                                       "EXTENSIONS", "DESCRIPTION"),
+                           Colour::Dim, colour));
     for (TypeRow const& row : rows) {
-        fmt::print("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}\n", row.classCode, row.kind, YesOrDash(row.loadable),
-                   YesOrDash(row.savable), fmt::format("{}", fmt::join(row.extensions, " ")), row.description);
+        Print("{:<4}  {:<7}  {:<4}  {:<4}  {:<46}  {}\n", row.classCode, row.kind, YesOrDash(row.loadable),
+              YesOrDash(row.savable), fmt::format("{}", fmt::join(row.extensions, " ")), row.description);
     }
-    fmt::print("\n{} types\n", rows.size());
+    Print("\n{} types\n", rows.size());
 }
 
 } // namespace
@@ -80,7 +81,7 @@ int RunTypes(bool json) {
         rows.push_back(MakeRow(types[i]));
     }
     json ? PrintJson(rows) : PrintTable(rows);
-    return std::fflush(stdout) == 0 ? ExitAllWell : ExitSomeFailed;
+    return EndOutput(ExitAllWell);
 }
 
 } // namespace zel

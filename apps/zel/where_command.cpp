@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "json_text.h"
+#include "output.h"
 #include "terminal.h"
 #include <zeltools/files/paths/native_names.h>
 #include <zeltools/foundation/application_data.h>
@@ -44,14 +45,14 @@ int RunWhere(bool json) {
         for (Location const& location : locations) {
             SetName(object, location.key, location.value);
         }
-        fmt::print("{}\n", object.dump(2));
+        Print("{}\n", object.dump(2));
     } else {
         bool const terminal = isatty(STDOUT_FILENO);
         for (Location const& location : locations) {
-            fmt::print("{:<26}{}\n", location.label, ShownName(location.value, terminal));
+            Print("{:<26}{}\n", location.label, ShownName(location.value, terminal));
         }
     }
-    return std::fflush(stdout) == 0 ? ExitAllWell : ExitSomeFailed;
+    return EndOutput(ExitAllWell);
 }
 
 } // namespace zel

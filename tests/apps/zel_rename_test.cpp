@@ -79,6 +79,7 @@ TEST_F(ZelRename, ExtensionsStayUnlessTheTemplateSays) {
         {"a.txt", "<kind>.jpeg", "--apply", "other.jpeg"},
         {"a.txt", "v1.0 <kind>", "--apply", "v1.0 other.txt"}, // a dot in front of a tag is none of an extension
         {"a.txt", "<file(shortname)><tagifexist>.x<width></tagifexist> b", "--apply", "a b.txt"},
+        {"a.txt", "<kind><tagifexist><width>.x</tagifexist>", "--apply", "other.txt"}, // one that went says nothing
         {"a.txt", "<kind>", "--whole-name", "other"},
         {"a.txt", " <width> <kind> <width>", "--apply", "other.txt"},
         {"a.txt", " <width>", "--whole-name", " "},
@@ -145,6 +146,7 @@ TEST_F(ZelRename, RefusesATemplateWithAFaultAndFilesThatCannotBeRead) {
     EXPECT_EQ(Run({"rename", "--template", "x", Tree() + "/none"}).status, 1);
     EXPECT_EQ(Run({"rename", "--template", "x"}).status, 2);
     EXPECT_EQ(Run({"rename", "--apply", "-r", Tree()}).status, 2);
+    EXPECT_EQ(Run({"rename", "--template", "<index>", "--start", "-1", Tree()}).status, 2);
 }
 
 TEST_F(ZelRename, OneNameForTwoIsForNeither) {
