@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Templates as a person types them: in a list, in what `zel tags` and `zel template check` tell, and on the page.
+// Templates as a person types them: in a list, and in what `zel tags` and `zel template check` tell.
 
-#include "tests/support/format_page.h"
 #include "zel_fixture.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
 
 namespace {
 
@@ -24,47 +22,6 @@ protected:
         return outcome.output.substr(0, outcome.output.size() - 1);
     }
 };
-
-/// Noon of 2 September 2003, UTC.
-void SetDate(fs::path const& file, long long seconds = 1062504000) {
-    timespec const times[2] = {{seconds, 0}, {seconds, 0}};
-    utimensat(AT_FDCWD, file.c_str(), times, AT_SYMLINK_NOFOLLOW);
-}
-
-TEST_F(ZelTemplate, ThePagesExamplesPrintWhatItShows) {
-    pluginFolder = ZEL_BUILT_PLUGINS;
-    if (!fs::exists(pluginFolder / "bitmap.so") || !fs::exists(pluginFolder / "scene.so")) {
-        GTEST_SKIP() << "built without the plug-ins that the page's files need";
-    }
-    fs::copy(ZELTOOLS_TEST_DATA "/../../examples/media", Tree(), fs::copy_options::recursive);
-    for (auto const& entry : fs::recursive_directory_iterator(Tree())) {
-        SetDate(entry.path(), 1062504000 + 36300);
-    }
-    int commands = 0;
-    std::string const before = "zel() { " ZEL_PROGRAM " \"$@\"; }; cd '" + Tree() + "'; ";
-    for (support::FencedBlock const& block : support::FencedBlocks("template-language", "console")) {
-        std::string command;
-        std::string expected;
-        auto const check = [&] {
-            if (!command.empty()) {
-                Outcome const outcome = RunProgram({"/bin/sh", "-c", before + command});
-                EXPECT_EQ(outcome.output, expected) << command << outcome.errors;
-                ++commands;
-            }
-        };
-        for (std::string const& line : block.lines) {
-            if (line.starts_with("$ ")) {
-                check();
-                command = line.substr(2);
-                expected.clear();
-            } else {
-                expected += line + "\n";
-            }
-        }
-        check();
-    }
-    EXPECT_GT(commands, 10);
-}
 
 TEST_F(ZelTemplate, WhatIsNoTagIsText) {
     fs::path const file = Make("oak.bmp");
@@ -108,6 +65,9 @@ TEST_F(ZelTemplate, ValuesOfAFileAreNeverReadAsTags) {
     Make(name, "image 1 1");
     Json const list = Json::parse(Run({"list", "--json", "--template", "<file(name)>", Tree()}).output);
     EXPECT_EQ(list.at("files").at(0).at("textBytes").get<std::string>().substr(0, 4), "3c69"); // "<i"
+    Make(name, "nonsense");
+    Json const broken = Json::parse(Run({"list", "--json", Tree()}).output);
+    EXPECT_THAT(broken.at("failures").at(0).at("reason"), HasSubstr("TIM1: "));
 }
 
 TEST_F(ZelTemplate, OpensFilesOnlyForWhatIsInThem) {
@@ -149,7 +109,13 @@ TEST_F(ZelTemplate, FilesAndOtherOptionsGoTogether) {
         EXPECT_EQ(unreadable.status, 1) << file;
         EXPECT_THAT(unreadable.errors, HasSubstr(std::string(file) + ": ")) << file;
     }
-    EXPECT_EQ(Wait(Start({ZEL_PROGRAM, "list", "--template", "<file>", one}, "/dev/full", folder / "errors")), 1);
+    for (std::vector<std::string> const& command :
+         {std::vector<std::string>{"list", "--template", "<file>", one}, std::vector<std::string>{"tags", "--json"}}) {
+        std::vector<std::string> arguments = command;
+        arguments.insert(arguments.begin(), ZEL_PROGRAM);
+        EXPECT_EQ(Wait(Start(arguments, "/dev/full", folder / "errors")), 1) << command.front();
+        EXPECT_THAT(ReadWhole(folder / "errors"), HasSubstr("not everything could be written"));
+    }
 }
 
 TEST_F(ZelTemplate, EveryTagThatIsToldOfCanBeAskedFor) {
@@ -184,6 +150,8 @@ TEST_F(ZelTemplate, CheckNamesFaultsWithTheirPlace) {
         {"<shortname>", "unknown tag", 1, "<file(shortname)>"},
         {"<d+h>", "unknown tag", 1, "<written(d+h)>"},
         {"<something else>", "unknown tag", 1, nullptr},
+        {"<date>", "unknown tag", 1, nullptr}, // as far from <name> as from nothing
+        {"<meta:>", "unknown tag", 1, nullptr},
         {"<file( exd )>", "unknown parameter", 8, "ext"},
         {"<file(lastwritedate(d+g))>", "unknown parameter", 21, "d+h"},
         {"<written(ext)>", "idle parameter", 10, nullptr},
