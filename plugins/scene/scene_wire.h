@@ -42,6 +42,11 @@ struct SceneReply {
     SceneFault fault = SceneFault::None;
     unsigned long long number = 0;
     std::string text; ///< assimp's words, with IoOwnText.
+
+    /// A failure in assimp's words, or as a code where it has none.
+    static SceneReply InWords(std::string words, int otherwise) {
+        return {words.empty() ? otherwise : IoOwnText, SceneFault::None, 0, std::move(words)};
+    }
 };
 
 template <class End, class Request>

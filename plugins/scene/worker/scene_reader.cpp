@@ -93,7 +93,7 @@ SceneReply Import(SceneRequest const& request, CSceneDocument& scene) {
     }
     aiScene const* const imported = importer.ReadFile(request.file, 0);
     if (!imported || !imported->mRootNode) {
-        return {IoOwnText, SceneFault::None, 0, importer.GetErrorString()};
+        return SceneReply::InWords(importer.GetErrorString(), IoBadFormat);
     }
     // assimp marks what has no mesh as incomplete, also motion alone, which is what some files hold. A text reader
     // takes any bytes for a scene of nothing, with a material of its own.
@@ -119,7 +119,7 @@ SceneReply ReadScene(SceneRequest const& request, CSceneDocument& scene) {
     } catch (std::bad_alloc const&) {
         return {IoNoMemory, SceneFault::None, 0, {}};
     } catch (std::exception const& exception) {
-        return {IoOwnText, SceneFault::None, 0, exception.what()};
+        return SceneReply::InWords(exception.what(), IoBadFormat);
     } catch (...) {
         return {IoBadFormat, SceneFault::None, 0, {}};
     }

@@ -99,8 +99,8 @@ SceneReply Export(SceneRequest const& request, CSceneDocument const& scene) {
         return {IoDiskFull, SceneFault::None, 0, {}};
     }
     if (result != aiReturn_SUCCESS) {
-        return {result == aiReturn_OUTOFMEMORY ? IoNoMemory : IoOwnText, SceneFault::None, 0,
-                exporter.GetErrorString()};
+        return result == aiReturn_OUTOFMEMORY ? SceneReply{IoNoMemory, SceneFault::None, 0, {}}
+                                              : SceneReply::InWords(exporter.GetErrorString(), IoCannotSaveSo);
     }
     return {};
 }
@@ -113,7 +113,7 @@ SceneReply WriteScene(SceneRequest const& request, CSceneDocument const& scene) 
     } catch (std::bad_alloc const&) {
         return {IoNoMemory, SceneFault::None, 0, {}};
     } catch (std::exception const& exception) {
-        return {IoOwnText, SceneFault::None, 0, exception.what()};
+        return SceneReply::InWords(exception.what(), IoCannotSaveSo);
     } catch (...) {
         return {IoCannotSaveSo, SceneFault::None, 0, {}};
     }
