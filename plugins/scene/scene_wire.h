@@ -13,6 +13,9 @@
 #include "plugins/scene/wire.h"
 #include <zeltools/files/io_result.h>
 
+#include <string>
+#include <utility>
+
 enum class SceneTask : unsigned char {
     ReadHeader,
     Read,
