@@ -2,7 +2,6 @@
 // Any text as a template, expanded beside the plain steps wherever these come to an end, in a string and in a control
 // of rich text, and scanned; any text as a tag with a chain of parameters, taken apart stage by stage in both ways.
 #include "tests/support/literal_expansion.h"
-#include "tests/support/literal_rich_text.h"
 #include "zeltools/tags/tag_parameters_private.h"
 #include "zeltools/tags/tag_value.h"
 #include "zeltools/tags/tags.h"

@@ -8,10 +8,11 @@
 
 #pragma once
 
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temporary_folder.h"
+
 #include <clocale>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 class CommaLocale {
@@ -21,34 +22,23 @@ public:
     }
     CommaLocale(CommaLocale const&) = delete;
     CommaLocale& operator=(CommaLocale const&) = delete;
-    ~CommaLocale() {
-        std::setlocale(LC_NUMERIC, m_before.c_str());
-        if (!m_folder.empty())
-            std::filesystem::remove_all(m_folder);
-    }
+    ~CommaLocale() { std::setlocale(LC_NUMERIC, m_before.c_str()); }
 
     [[nodiscard]] bool IsSet() const { return m_isSet; }
 
 private:
     // Bare machines have no such locale, but often the compiler for one.
     bool Compile() {
-        std::string folder = (std::filesystem::temp_directory_path() / "zeltools-locale-XXXXXX").string();
-        if (!mkdtemp(folder.data()))
-            return false;
-        m_folder = folder;
-        std::ofstream(m_folder / "source")
-            << "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n";
-        std::string const path = m_folder.string();
-        std::string const command = "localedef -c -i " + path + "/source " + path + "/comma >" + path + "/log 2>&1";
+        TemporaryFolder const folder;
+        folder.Write("source", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
+        std::string const path = folder.Native();
+        std::string const command = "localedef -c -i " + path + "source " + path + "comma >" + path + "log 2>&1";
         // Warnings about the categories left out are no reason to refuse what was made.
         static_cast<void>(std::system(command.c_str()) == 0);
-        setenv("LOCPATH", path.c_str(), 1);
-        bool const isSet = std::setlocale(LC_NUMERIC, "comma") != nullptr;
-        unsetenv("LOCPATH");
-        return isSet;
+        ScopedVariable const place("LOCPATH", path);
+        return std::setlocale(LC_NUMERIC, "comma") != nullptr; // held in memory from here on
     }
 
     std::string m_before;
-    std::filesystem::path m_folder;
     bool m_isSet = false;
 };

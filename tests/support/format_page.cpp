@@ -8,16 +8,9 @@
 namespace support {
 
 std::string HexExample(std::string const& page, int index) {
-    std::ifstream file(ZELTOOLS_TEST_DATA "/../../docs/formats/" + page + ".md");
     std::string bytes;
-    bool isInside = false;
-    for (std::string line; std::getline(file, line);) {
-        if (!isInside) {
-            isInside = line == "```hex" && index-- == 0;
-            continue;
-        }
-        if (line == "```")
-            return bytes;
+    std::vector<FencedBlock> const blocks = FencedBlocks("formats/" + page, "hex");
+    for (std::string const& line : blocks.at(static_cast<std::size_t>(index)).lines) {
         std::istringstream words(line.substr(0, line.find('|')));
         for (std::string word; words >> word;) {
             std::size_t read = 0;
@@ -27,7 +20,7 @@ std::string HexExample(std::string const& page, int index) {
             bytes += static_cast<char>(byte);
         }
     }
-    throw std::runtime_error(page + ".md: no such hex block");
+    return bytes;
 }
 
 std::string HexText(std::string const& bytes) {

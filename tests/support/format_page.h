@@ -14,7 +14,7 @@ namespace support {
 ///
 /// @param page   "archive" for docs/formats/archive.md.
 /// @param index  Which of the page's blocks.
-/// Throws std::runtime_error for a missing page or block and for what is no pair of hexadecimal digits.
+/// Throws for a missing page or block and for what is no pair of hexadecimal digits.
 std::string HexExample(std::string const& page, int index = 0);
 
 /// Bytes as the pages write them, "FF FE 03", for comparisons whose failure a person can read.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The expansion of a template step by step, in one string that is cut and pasted: slow and plain, to hold the real one
-// against.
+// The expansion of a template step by step, in one string that is cut and pasted, as a text and as a control of rich
+// text whose lines end in CR: slow and plain, to hold the real ones against.
 
 #pragma once
 
@@ -8,6 +8,8 @@
 #include "zeltools/tags/tag_value.h"
 #include "zeltools/tags/tags.h"
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 namespace support {
@@ -67,6 +69,95 @@ inline bool ExpandLiterally(CTags& tags, CTags::CTagContext const& context, CXTS
         position = start;
         if (start == -1)
             return true;
+    }
+    return false;
+}
+
+/// The text of a control, as far as its lines matter.
+struct LiteralRichText {
+    std::u16string text;
+
+    std::size_t LineOf(std::size_t place) const {
+        return static_cast<std::size_t>(
+            std::count(text.begin(), text.begin() + static_cast<int>(Inside(place)), u'\r'));
+    }
+    std::size_t Inside(std::size_t place) const { return std::min(place, text.size()); }
+    void Cut(std::size_t a, std::size_t b) {
+        std::size_t const first = Inside(std::min(a, b));
+        text.erase(first, Inside(std::max(a, b)) - first);
+    }
+    /// @return whether the line went.
+    bool CutLineIfBlank(std::size_t line) {
+        std::size_t first = 0;
+        for (; line > 0; --line) {
+            first = text.find(u'\r', first) + 1;
+        }
+        if (first < text.size() && text[first] == u'\r') {
+            text.erase(first, 1);
+        } else if (first == text.size() && first > 0) {
+            text.erase(first - 1);
+        } else {
+            return false;
+        }
+        return true;
+    }
+};
+
+/// Does what tags.UpdateRTFTags does, in at most so many rounds.
+/// @return whether it came to an end.
+inline bool ExpandRichTextLiterally(CTags& tags, CTags::CTagContext const& context, std::u16string& result,
+                                    int rounds) {
+    struct Block {
+        std::size_t start, end;
+    };
+    LiteralRichText control{result};
+    std::vector<Block> blocks;
+    std::size_t position = 0;
+    bool emptySeen = false;
+    for (; rounds > 0; --rounds) {
+        std::size_t const start = control.text.find(u'<', position);
+        std::size_t const closing = control.text.find(u'>', start);
+        if (start == std::u16string::npos || closing == std::u16string::npos) {
+            while (control.CutLineIfBlank(control.LineOf(control.text.size()))) {
+            }
+            result = control.text;
+            return true;
+        }
+        std::size_t const end = closing + 1;
+        position = start;
+        CXTString<char16_t> name(control.text.substr(start, end - start).c_str());
+        CXTString<char16_t> parameters;
+        CTagInfo info;
+        bool const known = tags.GetTagInfo(name, info) != 0;
+        tags.ExtractParam(name, parameters);
+        if (known && name == u"<tagifexist>") {
+            emptySeen = false;
+            blocks.push_back({start, end});
+            position = end;
+        } else if ((known && name == u"</tagifexist>") || name == u"<tagendifexist>") {
+            position = end + 1;
+            if (!blocks.empty()) {
+                Block const block = blocks.back();
+                blocks.pop_back();
+                if (emptySeen) {
+                    control.Cut(block.start, end);
+                    control.CutLineIfBlank(control.LineOf(block.start));
+                    position = block.start;
+                } else {
+                    control.Cut(start, end);
+                    control.CutLineIfBlank(control.LineOf(start));
+                    control.Cut(block.start, block.end);
+                    position = control.LineOf(block.start);
+                    control.CutLineIfBlank(position);
+                }
+            }
+            emptySeen = false;
+        } else if (!known) {
+            position = end;
+        } else if (CTagValue value; tags.EvaluateTag(context, info, value)) {
+            emptySeen = emptySeen || value.GetText().IsEmpty();
+            control.text.replace(start, end - start, static_cast<char16_t const*>(value.GetText()));
+        }
     }
     return false;
 }

@@ -107,7 +107,6 @@ public:
 
 private:
     static bool IsSpecial(char16_t c) { return Text(u"()\"&^!").find(c) != Text::npos; }
-    static bool IsSpace(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r') || c == u'\x85' || c == u'\xA0'; }
     static bool IsEscaped(Text const& text, std::size_t at) { return at >= 1 && text[at - 1] == u'\\'; }
     static bool IsMark(Text const& text, std::size_t at) { return IsSpecial(text[at]) && !IsEscaped(text, at); }
     static char16_t Upper(char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c; }
@@ -117,14 +116,10 @@ private:
         }
         return text;
     }
-    static Text Trim(Text text) {
-        while (!text.empty() && IsSpace(text.front())) {
-            text.erase(0, 1);
-        }
-        while (!text.empty() && IsSpace(text.back())) {
-            text.pop_back();
-        }
-        return text;
+    static Text Trim(Text const& text) {
+        Text const spaces = u" \t\n\v\f\r\x85\xA0";
+        std::size_t const first = text.find_first_not_of(spaces);
+        return first == Text::npos ? Text() : text.substr(first, text.find_last_not_of(spaces) + 1 - first);
     }
     static std::vector<Text> Cut(Text const& text, Text const& separators) {
         std::vector<Text> pieces(1);
@@ -167,9 +162,7 @@ private:
                 blankSeen = true;
                 continue;
             } else if (text[at] == u'(') {
-                while (at + 1 < text.size() && text[at + 1] == u' ') {
-                    ++at;
-                }
+                at = std::min(text.find_first_not_of(u' ', at + 1), text.size()) - 1;
                 continue;
             } else if (text[at] == u')') {
                 continue;

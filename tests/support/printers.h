@@ -39,12 +39,9 @@ void PrintEscaped(std::basic_string_view<T> text, std::ostream& stream) {
 
 } // namespace support
 
-inline void PrintTo(CXTString<char> const& text, std::ostream* stream) {
-    support::PrintEscaped<char>(support::Whole(text), *stream);
-}
-
-inline void PrintTo(CXTString<char16_t> const& text, std::ostream* stream) {
-    support::PrintEscaped<char16_t>(support::Whole(text), *stream);
+template <class T>
+void PrintTo(CXTString<T> const& text, std::ostream* stream) {
+    support::PrintEscaped<T>(support::Whole(text), *stream);
 }
 
 inline void PrintTo(CExLCString const& text, std::ostream* stream) {

@@ -3,9 +3,10 @@
 
 #pragma once
 
-#include <cstdlib>
+#include "tests/support/scoped_variable.h"
+
 #include <ctime>
-#include <string>
+#include <optional>
 
 class TimeZone {
 public:
@@ -16,24 +17,14 @@ public:
     static constexpr char const* LordHowe = "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0";
 
     explicit TimeZone(char const* rule) {
-        if (char const* const value = std::getenv("TZ")) {
-            hadOld = true;
-            old = value;
-        }
-        ::setenv("TZ", rule, 1);
+        variable.emplace("TZ", rule);
         ::tzset();
     }
     ~TimeZone() {
-        if (hadOld)
-            ::setenv("TZ", old.c_str(), 1);
-        else
-            ::unsetenv("TZ");
+        variable.reset();
         ::tzset();
     }
-    TimeZone(TimeZone const&) = delete;
-    TimeZone& operator=(TimeZone const&) = delete;
 
 private:
-    std::string old;
-    bool hadOld = false;
+    std::optional<ScopedVariable> variable;
 };

@@ -34,14 +34,9 @@ Text Decode(std::string_view cell, char numeric, std::size_t digits) {
             continue;
         }
         char const letter = ++i < cell.size() ? cell[i] : '\0';
-        if (letter == '\\') {
-            text.push_back('\\');
-        } else if (letter == 't') {
-            text.push_back('\t');
-        } else if (letter == 'n') {
-            text.push_back('\n');
-        } else if (letter == 'r') {
-            text.push_back('\r');
+        constexpr std::string_view letters = "\\tnr";
+        if (std::size_t const at = letters.find(letter); at != letters.npos) {
+            text.push_back(static_cast<Unit>("\\\t\n\r"[at]));
         } else if (letter == numeric && i + digits < cell.size()) {
             text.push_back(static_cast<Unit>(ParseNumber<unsigned>(cell.substr(i + 1, digits), 16)));
             i += digits;

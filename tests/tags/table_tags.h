@@ -33,8 +33,13 @@ public:
 
     void Add(std::u16string const& name, Function const& function) {
         functions[name] = function;
-        InsertTag(name.c_str(), TAGDATA_TEXT, Class, static_cast<unsigned int>(functions.size()), "a tag",
-                  CTagInfo::NoClassName, nullptr, nullptr);
+        Insert(name.c_str(), TAGDATA_TEXT, Class, static_cast<unsigned int>(functions.size()), "a tag");
+    }
+
+    /// Registers a tag without a class name, and with no value where there is no callback.
+    void Insert(CXTString<char16_t> const& name, unsigned int type, unsigned int tagClass, unsigned int id,
+                char const* label = "", TagCallback callback = nullptr, void* data = nullptr) {
+        InsertTag(name, type, tagClass, id, label, CTagInfo::NoClassName, callback, data);
     }
 
     std::u16string Expand(std::u16string const& text) {

@@ -19,16 +19,12 @@ constexpr unsigned int Metal = FourCC("METL");
 class TagsMenu : public testing::Test {
 protected:
     TagsMenu() {
-        tags.InsertTag(u"<picture>", TAGDATA_FILENAME, Wood, 1, "Picture", CTagInfo::NoClassName, nullptr, nullptr);
-        tags.InsertTag(u"<taken>", TAGDATA_DATE | TAGFLAG_NOSUBMENU_WRITABLE, Wood, 2, "Taken", CTagInfo::NoClassName,
-                       nullptr, nullptr);
-        tags.InsertTag(u"<author>", TAGDATA_TEXT, Wood, 3, "author", CTagInfo::NoClassName, nullptr, nullptr);
-        tags.InsertTag(u"<width>", TAGDATA_UINT | TAGFLAG_READONLY, Metal, 4, "Width", CTagInfo::NoClassName, nullptr,
-                       nullptr);
-        tags.InsertTag(u"<plain>", TAGDATA_FILENAME | TAGFLAG_NOSUBMENU, Metal, 5, "Zinc", CTagInfo::NoClassName,
-                       nullptr, nullptr);
-        tags.InsertTag(u"<secret>", TAGDATA_TEXT | TAGFLAG_HIDDEN, Metal, 6, "Secret", CTagInfo::NoClassName, nullptr,
-                       nullptr);
+        tags.Insert(u"<picture>", TAGDATA_FILENAME, Wood, 1, "Picture");
+        tags.Insert(u"<taken>", TAGDATA_DATE | TAGFLAG_NOSUBMENU_WRITABLE, Wood, 2, "Taken");
+        tags.Insert(u"<author>", TAGDATA_TEXT, Wood, 3, "author");
+        tags.Insert(u"<width>", TAGDATA_UINT | TAGFLAG_READONLY, Metal, 4, "Width");
+        tags.Insert(u"<plain>", TAGDATA_FILENAME | TAGFLAG_NOSUBMENU, Metal, 5, "Zinc");
+        tags.Insert(u"<secret>", TAGDATA_TEXT | TAGFLAG_HIDDEN, Metal, 6, "Secret");
     }
 
     /// The menu as text, with "id" for every id: its order, and nothing of the hash's.
@@ -46,21 +42,19 @@ protected:
     ScriptedDesktop desktop;
 };
 
-constexpr char const* DateFormats = "    id Date (format: 01/09/2003)\n"
-                                    "    id Time (format: 10:00)\n"
-                                    "    id Date and time (format: 01/09/2003 10:00)\n"
-                                    "    id Date (format: Monday 2 September 2003)\n"
-                                    "    id Date and time (format: Monday 2 September 2003 10:00)\n";
-
-std::string Outdented(std::string text) {
-    for (std::size_t at = 0; (at = text.find("    id", at)) != std::string::npos; ++at) {
-        text.erase(at, 2);
+/// The lines of the forms of a date, so many blanks deep.
+std::string DateFormats(std::size_t indent) {
+    std::string lines;
+    for (char const* form :
+         {"Date (format: 01/09/2003)", "Time (format: 10:00)", "Date and time (format: 01/09/2003 10:00)",
+          "Date (format: Monday 2 September 2003)", "Date and time (format: Monday 2 September 2003 10:00)"}) {
+        lines += std::string(indent, ' ') + "id " + form + "\n";
     }
-    return text;
+    return lines;
 }
 
 TEST_F(TagsMenu, ShowsTagsAndParametersInOrder) {
-    std::string const formats = DateFormats;
+    std::string const formats = DateFormats(4);
     EXPECT_EQ(Shown(TagMenuNoCriteria | TagMenuAllTags | TagMenuAllWritableTags),
               "id No criteria\nid Add all tags\nid Add all tags that can be re-imported\n"
               "id author\n"
@@ -70,7 +64,7 @@ TEST_F(TagsMenu, ShowsTagsAndParametersInOrder) {
               "  id Path (C:\\tmp\\)\n  id File size\n  id File name without extension (example)\n"
               "  id File name (example.jpg)\n  id File directory name (tmp)\n  id Path root (C:\\)\n"
               "  Creation date >\n" +
-                  formats + "  Last modified date >\n" + formats + "Taken >\n" + Outdented(formats) +
+                  formats + "  Last modified date >\n" + formats + "Taken >\n" + DateFormats(2) +
                   "id Width\nid Zinc\n");
     EXPECT_EQ(desktop.shownAt, CPoint(3, 4));
 }
@@ -110,17 +104,9 @@ TEST_F(TagsMenu, ChosenIdsYieldTexts) {
     EXPECT_EQ(texts[items - 3], u"");
     EXPECT_EQ(texts[items - 2], u"<alltags>");
     EXPECT_EQ(texts[items - 1], u"<allwritabletags>");
-    std::vector<std::u16string> const wanted{
-        u"<author>",
-        u"<width>",
-        u"<plain>",
-        u"<picture(ext)>",
-        u"<taken(d+h+t)>",
-        u"<picture(createdate(d))>",
-        u"<picture(lastwritedate(d+t))>",
-        u"<tagifexist></tagifexist>",
-    };
-    for (std::u16string const& text : wanted) {
+    for (std::u16string const text :
+         {u"<author>", u"<width>", u"<plain>", u"<picture(ext)>", u"<taken(d+h+t)>", u"<picture(createdate(d))>",
+          u"<picture(lastwritedate(d+t))>", u"<tagifexist></tagifexist>"}) {
         EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << testing::PrintToString(text);
     }
     int cancelled = 0;

@@ -30,78 +30,43 @@ Units Repeat(std::size_t count, Units const& unit) {
     return text;
 }
 
+/// What the page on the language does not show.
 TEST(XStringMatch, AnswersExpressions) {
     auto const any = CXStringMatch::ModeAnyWord;
-    auto const all = CXStringMatch::ModeAllWords;
-    auto const language = CXStringMatch::ModeExpression;
     struct {
         char16_t const* expression;
         char16_t const* text;
         bool isMatch;
         CXStringMatch::Mode mode = CXStringMatch::ModeExpression;
-        bool caseSensitive = false;
     } const rows[] = {
         {u"", u"anything", true},
         {u"  ", u"", true},
         {u"table", u"", false},
         {u"!table", u"", true},
         {u"*", u" ", false}, // a text without words has nothing that a pattern could fit
-        {u"table leg", u"a leg of the table", true},
-        {u"table leg", u"a leg", false},
-        {u"table leg", u"a leg", true, any},
-        {u"table leg", u"a leg", false, all},
-        {u"table leg", u"a leg", false, static_cast<CXStringMatch::Mode>(0)},
-        {u"table (leg ^ drawer) !chair", u"table with a drawer", true},
-        {u"table (leg ^ drawer) !chair", u"table, chair and leg", false},
         {u"table !leg", u"a table", true},
-        {u"a ^ b & c", u"a", false}, // from left to right: (a ^ b) & c
         {u"a !(b c)", u"a b", true},
         {u"a !(b c)", u"a b c", false},
-        {u"a ^ (b)", u"b", true}, // the blank in front of the group does not use the operator up
         {u"a !\"b c\"", u"a b c", false},
-        {u"wood", u"Plywood", true},
-        {u"w?od", u"plywood", true},
-        {u"?ood", u"wooden", true}, // a wildcard holds only its own end
-        {u"?ood", u"plywood", false},
         {u"woo?", u"plywood", true},
-        {u"woo?", u"wooden", false},
-        {u"w*d*n", u"a Wooden_box", true},
-        {u"w*d*n", u"wood en", false}, // never across words
         {u"a*a", u"a", false},
-        {u"\\(x\\)", u"f(x)", true},
         {u"a\\&b", u"a&b", true},
-        {u"a\\*b", u"a\\xb", true},      // no mark, so the \ stays and the star is one
-        {u"?file", u"my-xfile_z", true}, // the pieces of a word are words
-        {u"?file", u"myxfile", false},
-        {u"old_file", u"my-old_file", true},
-        {u"\"red table\"", u"a red table", true},
-        {u"\"red table\"", u"table red", false},
-        {u"\"red table\"", u"a Red table", false}, // the whole text keeps its case
-        {u"\"Red\"", u"RED", true},                // and its words do not
+        {u"a\\*b", u"a\\xb", true}, // no mark, so the \ stays and the star is one
         {u"\"a & b\"", u"an a & b", true},
         {u"\"(a\"", u"(a", true},
         {u"\"red table", u"red table", true}, // no end: to the end of the text
         {u"x \"red table\"", u"red table", true, any},
-        {u"(leg ^ drawer", u"drawer", true},
-        {u"leg) drawer", u"leg", false},
         {u"()", u"x", true},
         {u"a (&)", u"a", true}, // an expression without operands matches everything
-        {u"a(b)", u"b", true, any},
-        {u"a&b", u"a", true, any},
-        {u"&a", u"x", true, any}, // the blank that was a mark brings an `or` in front of the first word
         // Each group is a text of its own, in which the blank behind `()` makes (a*b) a group, and that has no quote.
         {u"x (y ^ (() (a*b) ^ \"q\"))", u"x a b", false},
-        {u"A", u"a", false, language, true},
-        {u"x (A)", u"x a", true, language, true}, // a sub-expression does not regard case
-        {u"(A)", u"a", false, language, true},    // one word in parentheses is a word
-        {u"?B*", u"ab", true, language, true},    // nor does what stands in front of the first star
-        {u"\x00C9", u"\x00E9", false},            // only ASCII has case
+        {u"\x00C9", u"\x00E9", false}, // only ASCII has case
     };
     for (auto const& row : rows) {
         CXStringMatch match;
-        EXPECT_EQ(match.Match(row.expression, row.text, row.mode, row.caseSensitive), row.isMatch)
+        EXPECT_EQ(match.Match(row.expression, row.text, row.mode), row.isMatch)
             << testing::PrintToString(Units(row.expression)) << testing::PrintToString(Units(row.text));
-        EXPECT_TRUE(match.PrepareMatch(row.expression, row.mode, row.caseSensitive));
+        EXPECT_TRUE(match.PrepareMatch(row.expression, row.mode));
     }
 }
 
@@ -142,18 +107,15 @@ TEST(XStringMatch, CutsAnExpressionIntoOperations) {
         char16_t const* operations;
         CXStringMatch::Mode mode = CXStringMatch::ModeExpression;
     } const rows[] = {
-        {u"wood", u"+*wood*"},
         {u"wo* *wood w?? ?", u"+*wo*+*wood*+*w??+?"},
         {u"a b^c!d", u"+*a*+*b*|*c*-*d*"},
         {u"Table (Leg ^ drawer) !chair", u"+*table*+(& leg ^ drawer)-*chair*"},
         {u"(a) b", u"+*a*+*b*"},
         {u"((a) b", u"+((a)  & b)"},
-        {u"a ^", u"+*a*"},
         {u"a ^ & b", u"+*a*+*b*"},
         {u"\"a  b\"c", u"+*a  b*+*c*"},
         {u"\"a (b", u"+*a (b*"},
         {u"a \"b c\" d", u"+*a*|*b c*|*d*", CXStringMatch::ModeAnyWord},
-        {u"a(b)", u"+*a*|*b*", CXStringMatch::ModeAnyWord},
         {u"a^b)", u"+*a*+*b*", CXStringMatch::ModeAllWords},
         {u"\\\\(a", u"+*\\(a*"},
         {u"\t\x3000 a\n", u"+*a*"},
@@ -311,14 +273,11 @@ TEST(XStringMatch, TakesLinearTimeForHostileExpressions) {
         {"pairs with ?", Repeat(100, u"ab?b") + u"aa" + Repeat(100, u"ab?b"), false, pairs},
         {"piece with ?", Repeat(200, u"a?") + u"b", false, text},
         {"many stars", Repeat(many, u"*a") + u"b", false, text},
-        {"only stars", Repeat(2 * many, u"*"), true, text},
         {"star question", Repeat(many, u"*?"), true, text},
         {"deep groups", Repeat(many, u"(") + u"a ^ b", true, text},
         {"deep groups, closed", Repeat(many, u"(!") + u"b" + Repeat(many, u")"), false, text}, // as often as not
         {"groups in a row", Repeat(many / 8, u"(a ^ b) "), true, text},
-        {"stray ends", Repeat(2 * many, u")"), true, text},
         {"quotes", Repeat(many, u"\"") + u"a", true, text},
-        {"operators", Repeat(many, u"^ "), true, text},
         {"escapes", Repeat(many, u"\\(") + u"b", false, text},
     };
     for (auto const& row : rows) {

@@ -40,10 +40,7 @@ TEST(Desktop, HeadlessOneDecidesForTheLeast) {
     menu.InsertItem(-1, 7, u"Delete everything");
     EXPECT_EQ(GetDesktop().TrackPopupMenu(menu, CPoint(1, 2), nullptr), 0U);
     CXTString<char16_t> logged;
-    auto const note = [](unsigned int, CXTString<char16_t> text, bool, void* user) {
-        *static_cast<CXTString<char16_t>*>(user) += text;
-    };
-    SetLogCallback(note, &logged);
+    SetLogCallback([](unsigned, auto text, bool, void* user) { *static_cast<decltype(text)*>(user) += text; }, &logged);
     EXPECT_EQ(GetDesktop().ShowMessageBox(u"Delete 100%s?", MessageBoxYesNo), AnswerNo);
     SetLogCallback(nullptr, nullptr);
     EXPECT_EQ(logged, u"Delete 100%s?\n");
