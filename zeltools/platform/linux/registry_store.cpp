@@ -26,8 +26,8 @@ namespace {
 constexpr long long ApplicationId = 0x5A454C52; // "ZELR", in the header of the file
 constexpr long long SchemaVersion = 1;
 
-// AUTOINCREMENT keeps an id from coming back, so that a handle to a deleted key never means a later one. The ids of each
-// file begin anywhere in 40 bits, so that neither does a handle to a key of a file that was replaced.
+// AUTOINCREMENT keeps an id from coming back, so that a handle to a deleted key never means a later one. The ids of
+// each file begin anywhere in 40 bits, so that neither does a handle to a key of a file that was replaced.
 constexpr char const* Schema = R"(
 CREATE TABLE key (
     id     INTEGER PRIMARY KEY AUTOINCREMENT,
