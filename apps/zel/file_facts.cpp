@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "file_facts.h"
 
+#include "json_text.h"
 #include <zeltools/files/file_info.h>
 #include <zeltools/files/file_types.h>
 #include <zeltools/foundation/string_conversion.h>
+
+#include <nlohmann/json.hpp>
 
 namespace zel {
 
@@ -16,6 +19,16 @@ bool HasLoader(CFileInfo const& info) {
 }
 
 } // namespace
+
+void FileFacts::AddTypeTo(nlohmann::ordered_json& object) const {
+    SetName(object, "name", name);
+    object["class"] = classCode.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(classCode);
+    object["kind"] = kind;
+    object["description"] = description;
+    object["parsers"] = parsers;
+    object["loadable"] = loadable;
+    object["savable"] = savable;
+}
 
 char const* KindName(unsigned int properties) {
     struct Row {

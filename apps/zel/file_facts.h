@@ -8,6 +8,7 @@
 #include <zeltools/foundation/xtime.h>
 
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace zel {
@@ -29,6 +30,9 @@ struct FileFacts {
     unsigned long long sizeBytes = 0;
     CXTime lastWrite;
     std::shared_ptr<MediaFacts const> media; ///< The content; null where the file was not opened.
+
+    /// The name and what is known by it, as members of a JSON object.
+    void AddTypeTo(nlohmann::ordered_json& object) const;
 };
 
 /// The word for a kind of data: "bitmap", "3d", "audio", ..., "other" for none of them.

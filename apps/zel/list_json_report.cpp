@@ -31,13 +31,7 @@ public:
 
     void AddRow(FileFacts const& facts) override {
         Json row;
-        SetName(row, "name", facts.name);
-        row["class"] = facts.classCode.empty() ? Json(nullptr) : Json(facts.classCode);
-        row["kind"] = facts.kind;
-        row["description"] = facts.description;
-        row["parsers"] = facts.parsers;
-        row["loadable"] = facts.loadable;
-        row["savable"] = facts.savable;
+        facts.AddTypeTo(row);
         row["size"] = facts.isFolder ? Json(nullptr) : Json(facts.sizeBytes);
         row["written"] = UtcText(facts.lastWrite);
         if (facts.media) {

@@ -77,6 +77,22 @@ std::string MediaAnswer::Reasons() const {
     return text;
 }
 
+void MediaAnswer::AddTo(Json& object) const {
+    if (answered) {
+        object["parser"] = parser;
+        object["firstChoice"] = failures.empty();
+    } else {
+        object["error"] = ShownUtf8(Reasons());
+    }
+    if (!failures.empty()) {
+        Json errors = Json::array();
+        for (ParserFailure const& failure : failures) {
+            errors.push_back({{"parser", failure.parser}, {"reason", ShownUtf8(failure.reason)}});
+        }
+        object["parserErrors"] = errors;
+    }
+}
+
 MediaAnswer TakeAnswer(CMediaIo const& io, bool success, MediaLimits const& limits) {
     MediaAnswer answer;
     answer.answered = success;
@@ -150,9 +166,7 @@ std::string MediaFacts::Text() const {
 }
 
 void MediaFacts::AddTo(Json& object) const {
-    if (!answer.answered) {
-        object["error"] = ShownUtf8(answer.Reasons());
-    } else if (isScene) {
+    if (answer.answered && isScene) {
         AddCount(object, "vertices", counts.vertices);
         AddCount(object, "faces", counts.faces);
         AddCount(object, "materials", counts.materials);
@@ -165,7 +179,7 @@ void MediaFacts::AddTo(Json& object) const {
             missing.push_back(ShownUtf8(name));
         }
         object["missingTextures"] = missing;
-    } else {
+    } else if (answer.answered) {
         object["width"] = width;
         object["height"] = height;
         if (depth > 1) {
@@ -177,17 +191,7 @@ void MediaFacts::AddTo(Json& object) const {
         object["colorSpace"] = colorSpace.empty() ? Json(nullptr) : Json(colorSpace);
         object["subimages"] = subImages;
     }
-    if (answer.answered) {
-        object["parser"] = answer.parser;
-        object["firstChoice"] = answer.failures.empty();
-    }
-    if (!answer.failures.empty()) {
-        Json errors = Json::array();
-        for (ParserFailure const& failure : answer.failures) {
-            errors.push_back({{"parser", failure.parser}, {"reason", ShownUtf8(failure.reason)}});
-        }
-        object["parserErrors"] = errors;
-    }
+    answer.AddTo(object);
 }
 
 std::vector<std::string> FindMissingTextures(CSceneDocument const& scene, CXTString<char16_t> const& scenePath) {

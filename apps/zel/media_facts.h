@@ -33,6 +33,8 @@ struct MediaAnswer {
 
     /// All failures, each with its parser.
     std::string Reasons() const;
+    /// Who answered, and what the others said, as members of a JSON object.
+    void AddTo(nlohmann::ordered_json& object) const;
 };
 
 /// Takes the answer out of a manager after its operation.

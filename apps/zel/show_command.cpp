@@ -41,7 +41,7 @@ public:
             bitmap->limits = limits;
             CImageDocument image;
             answer = TakeAnswer(*bitmap, bitmap->ReadHeader(image), limits);
-            AddAnswer(answer, content);
+            answer.AddTo(content);
             if (answer.answered) {
                 AddImage(image, content);
             }
@@ -49,7 +49,7 @@ public:
             sceneIo->limits = limits;
             CSceneDocument scene;
             answer = TakeAnswer(*sceneIo, sceneIo->Read(scene), limits);
-            AddAnswer(answer, content);
+            answer.AddTo(content);
             if (answer.answered) {
                 AddScene(scene, path, content);
             }

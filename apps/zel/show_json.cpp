@@ -101,34 +101,12 @@ Json Counts(SceneCounts const& counts) {
 
 Json FileJson(FileFacts const& facts) {
     Json object;
-    SetName(object, "name", facts.name);
-    object["class"] = facts.classCode.empty() ? Json(nullptr) : Json(facts.classCode);
-    object["kind"] = facts.kind;
-    object["description"] = facts.description;
-    object["parsers"] = facts.parsers;
-    object["loadable"] = facts.loadable;
-    object["savable"] = facts.savable;
+    facts.AddTypeTo(object);
     object["size"] = facts.sizeBytes;
     object["written"] = fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", facts.lastWrite.GetYear(),
                                     facts.lastWrite.GetMonth() + 1, facts.lastWrite.GetDay(), facts.lastWrite.GetHour(),
                                     facts.lastWrite.GetMinute(), facts.lastWrite.GetSecond());
     return object;
-}
-
-void AddAnswer(MediaAnswer const& answer, Json& object) {
-    if (answer.answered) {
-        object["parser"] = answer.parser;
-        object["firstChoice"] = answer.failures.empty();
-    } else {
-        object["error"] = ShownUtf8(answer.Reasons());
-    }
-    if (!answer.failures.empty()) {
-        Json errors = Json::array();
-        for (ParserFailure const& failure : answer.failures) {
-            errors.push_back({{"parser", failure.parser}, {"reason", ShownUtf8(failure.reason)}});
-        }
-        object["parserErrors"] = errors;
-    }
 }
 
 void AddImage(CImageDocument const& image, Json& object) {

@@ -13,11 +13,8 @@ class CXTString;
 namespace zel {
 
 struct FileFacts;
-struct MediaAnswer;
 
 nlohmann::ordered_json FileJson(FileFacts const& facts);
-/// Who answered, and what the others said.
-void AddAnswer(MediaAnswer const& answer, nlohmann::ordered_json& object);
 void AddImage(CImageDocument const& image, nlohmann::ordered_json& object);
 /// @param path  The scene's own, where its textures are looked for.
 void AddScene(CSceneDocument const& scene, CXTString<char16_t> const& path, nlohmann::ordered_json& object);

@@ -4,12 +4,10 @@
 #include "json_text.h"
 #include "output.h"
 #include "template_options.h"
-#include "terminal.h"
 #include "utf8_text.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
@@ -52,8 +50,7 @@ int RunTemplateCheck(TemplateCheckOptions const& options) {
                               {"nearest", fault.nearest.empty() ? nullptr : nlohmann::ordered_json(fault.nearest)},
                               {"message", ShownUtf8(fault.message)}});
         } else {
-            Print("{}\n",
-                  ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal));
+            Print("{}\n", ShownFault(fault, source, terminal));
         }
     }
     if (options.json) {

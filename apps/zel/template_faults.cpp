@@ -203,6 +203,10 @@ std::vector<_TagParametersList const*> ParametersOf(unsigned int type) {
     return rows;
 }
 
+std::string ShownFault(TemplateFault const& fault, std::string const& source, bool terminal) {
+    return ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal);
+}
+
 void PrintFaults(std::vector<TemplateFault> const& faults, std::string const& source) {
     constexpr std::size_t maxLines = 20; // a page of something else has hundreds
     std::set<std::string> printed;
@@ -216,8 +220,7 @@ void PrintFaults(std::vector<TemplateFault> const& faults, std::string const& so
             return;
         }
         printed.insert(fault.message);
-        Print(stderr, "zel: {}\n",
-              ShownName(fmt::format("{}:{}:{}: {}", source, fault.line, fault.column, fault.message), terminal));
+        Print(stderr, "zel: {}\n", ShownFault(fault, source, terminal));
     }
 }
 

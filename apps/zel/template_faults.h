@@ -32,8 +32,11 @@ bool SplitParameters(std::string_view chain, std::vector<std::string>& names);
 /// The parameters that work on values of a type.
 std::vector<_TagParametersList const*> ParametersOf(unsigned int type);
 
-/// Prints faults to standard error, the same one once.
+/// "source:line:column: message", as ShownName has it.
 /// @param source  What the template is called: its file, or "template".
+std::string ShownFault(TemplateFault const& fault, std::string const& source, bool terminal);
+
+/// Prints faults to standard error, the same one once.
 void PrintFaults(std::vector<TemplateFault> const& faults, std::string const& source);
 
 } // namespace zel
