@@ -4,6 +4,8 @@
 
 #include "apps/zel/worker_pool.h"
 
+#include "tests/support/wait_until.h"
+
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
@@ -65,9 +67,7 @@ TEST(WorkerPool, IsCancelledFromAnyThreadWhileWorkIsAdded) {
         WorkerPool pool(8, 0ms);
         std::atomic<int> begun = 0;
         std::thread interruption([&] {
-            while (begun < 1 + round) {
-                std::this_thread::yield();
-            }
+            WaitUntil([&] { return begun >= 1 + round; });
             pool.Cancel();
         });
         std::vector<std::shared_ptr<Task>> tasks;
@@ -91,9 +91,7 @@ TEST(WorkerPool, ReplacesAThreadThatIsLeftBehind) {
     auto const ended = std::make_shared<std::atomic<bool>>(false);
     WorkerPool pool(1, 1ms);
     auto const late = std::make_shared<Task>([released, ended] {
-        while (!*released) {
-            std::this_thread::yield();
-        }
+        WaitUntil([&] { return released->load(); });
         *ended = true;
     });
     int result = 0;

@@ -3,8 +3,6 @@
 
 #include "zel_fixture.h"
 
-#include <gmock/gmock.h>
-#include <poll.h>
 #include <set>
 #include <sstream>
 
@@ -24,9 +22,8 @@ protected:
     }
 
     Outcome Find(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), "find");
         arguments.push_back(Tree());
-        return Run(arguments);
+        return Run({"find"}, arguments);
     }
 
     /// The paths that were printed, seen from the tree.
@@ -71,9 +68,7 @@ TEST_F(ZelFind, OpensAFileOnlyWhileThatCanChangeTheAnswer) {
     EXPECT_EQ(Paths(Find({"broken"})), std::set<std::string>{"broken.tim"});
     EXPECT_EQ(Find({"broken"}).errors, ""); // its name has answered
     for (std::string const expression : {"broken !grey", "grey"}) {
-        Outcome const outcome = Find({expression});
-        EXPECT_EQ(outcome.status, 1);
-        EXPECT_THAT(outcome.errors, HasSubstr("broken.tim")) << "what its metadata say is unknown";
+        ExpectFailure(1, {"find", expression, Tree()}, "broken.tim"); // what its metadata say is unknown
     }
 }
 
@@ -110,36 +105,6 @@ TEST_F(ZelFind, ListKeepsTheRowsThatAnswer) {
     EXPECT_THAT(outcome.output, HasSubstr("red table.tim"));
     EXPECT_THAT(outcome.output, HasSubstr("total            1"));
     EXPECT_THAT(outcome.output, Not(HasSubstr("chair.tim")));
-}
-
-TEST_F(ZelFind, RefusesWrongUsage) {
-    std::vector<std::string> const rows[] = {
-        {"find"},
-        {"find", "oak"},
-        {"find", "--match", "some", "oak", Tree()},
-        {"list", "--match", "any", Tree()},
-        {"list", "--case", Tree()},
-    };
-    for (auto const& row : rows) {
-        Outcome const outcome = Run(row);
-        EXPECT_EQ(outcome.status, 2) << row.back();
-        EXPECT_EQ(outcome.output, "");
-        EXPECT_NE(outcome.errors, "");
-    }
-}
-
-TEST_F(ZelFind, EndsSoonWhenInterrupted) {
-    fs::path const loop = Make("loop.tim", "loop");
-    fs::path const pipe = folder / "pipe";
-    mkfifo(pipe.c_str(), 0600);
-    int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-    pid_t const child = Start({ZEL_PROGRAM, "find", "drawer", Tree() + "/oak", loop}, pipe, folder / "errors");
-    pollfd readable{reader, POLLIN, 0}; // the one that answered comes out before the next is waited for
-    EXPECT_EQ(poll(&readable, 1, 60'000), 1);
-    int status = 0;
-    EXPECT_LT(Interrupt(child, status), 1000);
-    EXPECT_EQ(status, 130);
-    close(reader);
 }
 
 } // namespace

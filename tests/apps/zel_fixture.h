@@ -10,7 +10,10 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <map>
+#include <nlohmann/json.hpp>
 #include <spawn.h>
 #include <string>
 #include <sys/stat.h>
@@ -19,6 +22,8 @@
 #include <vector>
 
 namespace fs = std::filesystem;
+
+using Files = std::map<std::string, std::string>;
 
 struct Outcome {
     int status = -1;
@@ -46,9 +51,17 @@ protected:
         fs::remove_all(folder, ignored);
     }
 
-    Outcome Run(std::vector<std::string> arguments) const {
+    Outcome Run(std::vector<std::string> arguments, std::vector<std::string> const& more = {}) const {
         arguments.insert(arguments.begin(), ZEL_PROGRAM);
+        arguments.insert(arguments.end(), more.begin(), more.end());
         return RunProgram(std::move(arguments));
+    }
+
+    /// Runs zel, which must end with a status and say why.
+    void ExpectFailure(int status, std::vector<std::string> const& arguments, std::string const& reason) const {
+        Outcome const outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, status) << testing::PrintToString(arguments);
+        EXPECT_THAT(outcome.errors, testing::HasSubstr(reason)) << testing::PrintToString(arguments);
     }
 
     /// Runs zel as a user whom permissions hold back; root reads every folder.
@@ -124,6 +137,35 @@ protected:
         kill(child, SIGINT);
         status = Wait(child);
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+    /// The rows of a JSON list by name; a name that is not UTF-8 stands under its hexadecimal bytes.
+    static std::map<std::string, nlohmann::json> Rows(Outcome const& outcome) {
+        std::map<std::string, nlohmann::json> rows;
+        nlohmann::json const list = nlohmann::json::parse(outcome.output);
+        for (nlohmann::json const& row : list.at("files")) {
+            std::string const name = row.at(row.contains("nameBytes") ? "nameBytes" : "name");
+            EXPECT_TRUE(rows.emplace(name, row).second) << name << " is there twice";
+        }
+        return rows;
+    }
+
+    /// Expects an object to have the members of another one, whatever else it has.
+    static void ExpectHolds(nlohmann::json const& object, char const* members) {
+        nlohmann::json both = object;
+        both.update(nlohmann::json::parse(members));
+        EXPECT_EQ(both, object);
+    }
+
+    /// The files below the tree, with what is in them.
+    Files Content() const {
+        Files files;
+        for (auto const& entry : fs::recursive_directory_iterator(Tree())) {
+            if (!entry.is_directory()) {
+                files[entry.path().lexically_relative(Tree())] = ReadWhole(entry.path());
+            }
+        }
+        return files;
     }
 
     std::string Tree() const { return folder / "tree"; }

@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
 // zel with files that it opens: what their parsers do, the files say (test_plugin/test_plugin.cpp).
 
+#include "terminal.h"
+#include "tests/support/wait_until.h"
 #include "zel_fixture.h"
-
-#include <algorithm>
-#include <gmock/gmock.h>
-#include <map>
-#include <nlohmann/json.hpp>
-#include <poll.h>
 
 namespace {
 
 using Json = nlohmann::json;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -20,24 +15,6 @@ using testing::Not;
 class ZelMedia : public Zel {
 protected:
     ZelMedia() { pluginFolder = ZEL_TEST_PLUGINS; }
-
-    std::map<std::string, Json> Rows(Outcome const& outcome) const {
-        std::map<std::string, Json> rows;
-        Json const list = Json::parse(outcome.output);
-        for (Json const& row : list.at("files")) {
-            rows[row.at("name")] = row;
-        }
-        return rows;
-    }
-
-    std::vector<std::string> Names(fs::path const& where) const {
-        std::vector<std::string> names;
-        for (auto const& entry : fs::directory_iterator(where)) {
-            names.push_back(entry.path().filename());
-        }
-        std::sort(names.begin(), names.end());
-        return names;
-    }
 };
 
 TEST_F(ZelMedia, ListTellsWhatTheHeadersSay) {
@@ -48,23 +25,13 @@ TEST_F(ZelMedia, ListTellsWhatTheHeadersSay) {
     Outcome const outcome = Run({"list", "-r", "--json", Tree()});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     auto const rows = Rows(outcome);
-    Json const& image = rows.at("a.tim");
-    EXPECT_EQ(image.at("width"), 64);
-    EXPECT_EQ(image.at("height"), 48);
-    EXPECT_EQ(image.at("channels"), 1);
-    EXPECT_EQ(image.at("pixelType"), "uint8");
-    EXPECT_EQ(image.at("subimages"), 1);
-    EXPECT_EQ(image.at("parser"), "TIM1");
-    EXPECT_EQ(image.at("firstChoice"), true);
-    EXPECT_EQ(rows.at("b.tim").at("parser"), "TIM2");
-    EXPECT_EQ(rows.at("b.tim").at("firstChoice"), false);
+    ExpectHolds(rows.at("a.tim"), R"({"width": 64, "height": 48, "channels": 1, "pixelType": "uint8",
+                                      "subimages": 1, "parser": "TIM1", "firstChoice": true})");
+    ExpectHolds(rows.at("b.tim"), R"({"parser": "TIM2", "firstChoice": false})");
     EXPECT_EQ(rows.at("b.tim").at("parserErrors").at(0).at("parser"), "TIM1");
-    Json const& scene = rows.at("sub/s.tsc");
-    EXPECT_EQ(scene.at("faces"), 12);
-    EXPECT_EQ(scene.at("vertices"), nullptr);
-    EXPECT_EQ(scene.at("animations"), 2);
-    EXPECT_EQ(scene.at("boundingBox").at("max"), Json({1, 2, 3}));
-    EXPECT_EQ(scene.at("missingTextures"), Json({"a.png", "b.tim", "/nowhere/c.png"}));
+    ExpectHolds(rows.at("sub/s.tsc"), R"({"faces": 12, "vertices": null, "animations": 2,
+                                          "boundingBox": {"min": [0, 0, 0], "max": [1, 2, 3]},
+                                          "missingTextures": ["a.png", "b.tim", "/nowhere/c.png"]})");
     EXPECT_FALSE(rows.at("n.txt").contains("width"));
 
     std::string const text = Run({"list", Tree()}).output;
@@ -89,6 +56,7 @@ TEST_F(ZelMedia, OneBadFileCostsOneLine) {
 }
 
 TEST_F(ZelMedia, OrderDoesNotDependOnTheWorkers) {
+    // A lonely parser's image is as high as parsers are at work with it: one.
     std::string const waits[] = {"slow 9", "image 2 2", "slow 1", "nonsense", "second"};
     for (int i = 0; i < 300; ++i) {
         Make("d" + std::to_string(i % 7) + "/" + std::to_string(i) + (i % 11 == 0 ? ".alo" : ".tim"), waits[i % 5]);
@@ -99,15 +67,6 @@ TEST_F(ZelMedia, OrderDoesNotDependOnTheWorkers) {
         EXPECT_EQ(one.status, 1);
         EXPECT_EQ(one.output, many.output);
         EXPECT_THAT(many.errors, HasSubstr(R"("files":307,"ofFiles":307,)"));
-    }
-}
-
-TEST_F(ZelMedia, ParserThatMustBeAloneIs) {
-    for (int i = 0; i < 40; ++i) {
-        Make(std::to_string(i) + (i % 2 == 0 ? ".alo" : ".tim"), "slow 2");
-    }
-    for (auto const& [name, row] : Rows(Run({"list", "--json", "--threads", "8", Tree()}))) {
-        EXPECT_EQ(row.at("height"), 1) << name; // as many as were at work with it
     }
 }
 
@@ -125,9 +84,9 @@ TEST_F(ZelMedia, FileThatTakesTooLongIsGivenUp) {
     EXPECT_THAT(outcome.output, HasSubstr("1 x 1, Y, uint8"));
     // Beside a thread that was left behind nothing can run alone.
     Make("e.alo", "image 1 1");
-    EXPECT_THAT(Run({"list", "--threads", "2", "--max-seconds", "0.1", Tree()}).errors,
-                HasSubstr("/e.alo: its parser has to run alone, and another one does not end"));
-    EXPECT_THAT(Run({"list", "--max-pixels", "3", Make("big.tim", "image 2 2")}).errors, HasSubstr("too many pixels"));
+    ExpectFailure(1, {"list", "--threads", "2", "--max-seconds", "0.1", Tree()},
+                  "/e.alo: its parser has to run alone, and another one does not end");
+    ExpectFailure(1, {"list", "--max-pixels", "3", Make("big.tim", "image 2 2")}, "too many pixels");
 }
 
 /// What keeps a parser busy when the interruption comes.
@@ -141,25 +100,22 @@ TEST_P(ZelInterrupted, EndsAtOnceWithWhatIsDone) {
         Make("b.tim", GetParam());
     }
     Make("c.tim", "image 7 7");
-    for (std::string const command : {"list", "show"}) {
-        std::vector<std::string> arguments = {ZEL_PROGRAM, command, command == "list" ? "--json" : "--max-faces=9"};
+    std::vector<std::string> const commands[] = {{"list", "--json"}, {"show"}, {"find", "\"a.tim\""}};
+    for (std::vector<std::string> arguments : commands) {
+        std::string const command = arguments.front();
+        arguments.insert(arguments.begin(), ZEL_PROGRAM);
         for (char const* const name : {"a.tim", "c.tim", "b.tim"}) {
             arguments.push_back(Tree() + "/" + name);
         }
         // What is known of the first files comes out before the last one is waited for.
-        fs::path const pipe = folder / (command + "-pipe");
-        mkfifo(pipe.c_str(), 0600);
-        int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-        pid_t const child = Start(arguments, pipe, folder / "errors");
-        pollfd readable{reader, POLLIN, 0};
-        EXPECT_EQ(poll(&readable, 1, 60'000), 1);
+        Pipe const pipe(folder / (command + "-pipe"));
+        pid_t const child = Start(arguments, folder / (command + "-pipe"), folder / "errors");
+        EXPECT_TRUE(pipe.HasSome());
         int status = 0;
         double const milliseconds = Interrupt(child, status);
         EXPECT_EQ(status, 130);
         EXPECT_LT(milliseconds, 1000) << "a tenth of a second, and patience with a machine that has other things to do";
-        std::string output(65536, '\0');
-        output.resize(static_cast<std::size_t>(std::max<ssize_t>(read(reader, output.data(), output.size()), 0)));
-        close(reader);
+        std::string const output = pipe.ReadAll();
         EXPECT_THAT(output, HasSubstr("a.tim"));
         if (command == "list") {
             Json const result = Json::parse(output);
@@ -179,24 +135,14 @@ TEST_F(ZelMedia, InterruptionMeetsBusyWorkers) {
     Make("e.tim", "loop"); // so that there is an end to interrupt, however fast the machine is
     Outcome const whole = Run({"list", "--json", "--threads", "8", Tree() + "/d"});
     Json const all = Json::parse(whole.output).at("files");
-    fs::path const pipe = folder / "pipe";
-    mkfifo(pipe.c_str(), 0600);
-    int const reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    Pipe const pipe(folder / "pipe");
     pid_t const child =
         Start({ZEL_PROGRAM, "list", "--json", "--progress=json", "--threads", "8", Tree() + "/d", Tree() + "/e.tim"},
-              pipe, folder / "errors");
-    pollfd readable{reader, POLLIN, 0};
-    EXPECT_EQ(poll(&readable, 1, 60'000), 1);
+              folder / "pipe", folder / "errors");
+    EXPECT_TRUE(pipe.HasSome());
     kill(child, SIGINT);
-    fcntl(reader, F_SETFL, 0);
-    std::string output;
-    char buffer[65536];
-    for (ssize_t count = 1; (count = read(reader, buffer, sizeof buffer)) > 0;) {
-        output.append(buffer, static_cast<std::size_t>(count));
-    }
-    close(reader);
+    Json const result = Json::parse(pipe.ReadAll());
     EXPECT_EQ(Wait(child), 130) << ReadWhole(folder / "errors");
-    Json const result = Json::parse(output);
     EXPECT_EQ(result.at("interrupted"), true);
     // What is told comes in the order of a list that nobody interrupts; what was not done yet is left out.
     std::size_t place = 0;
@@ -217,55 +163,40 @@ TEST_F(ZelMedia, ConvertWritesWholeFilesOrNone) {
                     "cd " + Tree() + "/../home && " + zel + " convert ../tree/in.tim ../tree/out.tim && " + zel +
                         " show ../tree/out.tim"});
     EXPECT_EQ(relative.status, 0) << relative.errors;
-    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
-    Outcome const kept = Run({"convert", in, out});
-    EXPECT_EQ(kept.status, 1);
-    EXPECT_THAT(kept.errors, HasSubstr("it exists; --overwrite replaces it"));
-
-    Outcome const refused = Run({"convert", "--overwrite", "--option", "mode=bad", in, out});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_THAT(refused.errors, HasSubstr("TIM1: the mode is not good; TIM2: the mode is not good"));
-    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
+    Files const whole = {{"in.tim", "image 3 4"}, {"out.tim", "image 3 4\n"}};
+    EXPECT_EQ(Content(), whole);
+    ExpectFailure(1, {"convert", in, out}, "it exists; --overwrite replaces it");
+    ExpectFailure(1, {"convert", "--overwrite", "--option", "mode=bad", in, out},
+                  "TIM1: the mode is not good; TIM2: the mode is not good");
+    EXPECT_EQ(Content(), whole);
 
     pid_t const child = Start({ZEL_PROGRAM, "convert", "--overwrite", "--option", "mode=half", in, out},
                               folder / "output", folder / "errors");
-    auto const halfWritten = [&] {
-        for (auto const& entry : fs::recursive_directory_iterator(folder / "tree")) {
-            if (entry.path().parent_path() != folder / "tree" && ReadWhole(entry.path()) == "image") {
-                return true;
-            }
-        }
-        return false;
-    };
-    while (!halfWritten()) {
-        usleep(1000);
-    }
+    WaitUntil([&] { // half of it is there, in a folder of its own
+        Files const now = Content();
+        return std::any_of(now.begin(), now.end(), [](auto const& file) { return file.second == "image"; });
+    });
     int status = 0;
     EXPECT_LT(Interrupt(child, status), 1000);
     EXPECT_EQ(status, 130);
-    EXPECT_EQ(ReadWhole(out), "image 3 4\n");
-    EXPECT_THAT(Names(folder / "tree"), ElementsAre("in.tim", "out.tim"));
+    EXPECT_EQ(Content(), whole);
 }
 
 TEST_F(ZelMedia, ConvertKeepsToOneKindAndBringsFilesBeside) {
     std::string const image = Make("a.tim", "image 3 4");
     std::string const scene = Make("a.tsc", "5");
-    Outcome const mixed = Run({"convert", image, folder / "tree/b.tsc"});
-    EXPECT_EQ(mixed.status, 1);
-    EXPECT_THAT(mixed.errors, HasSubstr("it is an image and cannot become a scene"));
-    EXPECT_THAT(Run({"convert", image, folder / "b.zip"}).errors, HasSubstr("no parser writes files of this type"));
-    EXPECT_EQ(Run({"convert", "--option", "nothing", image, folder / "b.tim"}).status, 2);
+    ExpectFailure(1, {"convert", image, folder / "tree/b.tsc"}, "it is an image and cannot become a scene");
+    ExpectFailure(1, {"convert", image, folder / "b.zip"}, "no parser writes files of this type");
     EXPECT_EQ(Run({"convert", scene, folder / "tree/b.tsc"}).status, 0);
-    EXPECT_THAT(Names(folder / "tree"), ElementsAre("a.tim", "a.tsc", "b.tsc", "b.tsc.side"));
+    EXPECT_EQ(Content(), (Files{{"a.tim", "image 3 4"}, {"a.tsc", "5"}, {"b.tsc", "5\n"}, {"b.tsc.side", "beside"}}));
     fs::remove(folder / "tree/b.tsc");
-    EXPECT_THAT(Run({"convert", scene, folder / "tree/b.tsc"}).errors, HasSubstr("b.tsc.side exists"));
+    ExpectFailure(1, {"convert", scene, folder / "tree/b.tsc"}, "b.tsc.side exists");
 }
 
 TEST_F(ZelMedia, OptionsAreRememberedForTheirFormat) {
     std::string const in = Make("in.tim", "image 3 4");
-    auto const convert = [&](std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"convert", "--overwrite", in, folder / "out.tim"});
-        return Run(arguments).status;
+    auto const convert = [&](std::vector<std::string> const& arguments) {
+        return Run({"convert", "--overwrite", in, folder / "out.tim"}, arguments).status;
     };
     fs::path const preferences = folder / "home/data/Quenby/zel/Preferences/zelio.prefs";
     EXPECT_EQ(convert({"--no-preferences", "--option", "mode=good"}), 0);
@@ -320,8 +251,12 @@ TEST_F(ZelMedia, PluginsAreToldWithTypesOrReason) {
 
 TEST_F(ZelMedia, OutputThatNobodyTakesIsAFailure) {
     Make("a.tim", "image 1 1");
-    EXPECT_EQ(Wait(Start({ZEL_PROGRAM, "list", Tree()}, "/dev/full", folder / "errors")), 1);
-    EXPECT_THAT(ReadWhole(folder / "errors"), EndsWith("standard output: not everything could be written\n"));
+    std::vector<std::string> const commands[] = {{"list", Tree()}, {"list", "--template", "a", Tree()}, {"tags"}};
+    for (std::vector<std::string> command : commands) {
+        command.insert(command.begin(), ZEL_PROGRAM);
+        EXPECT_EQ(Wait(Start(command, "/dev/full", folder / "errors")), 1) << command[1];
+        EXPECT_THAT(ReadWhole(folder / "errors"), EndsWith("standard output: not everything could be written\n"));
+    }
     // Without the standard streams their numbers would go to the files that are opened.
     Outcome const closed = RunProgram(
         {"/bin/sh", "-c",

@@ -16,25 +16,17 @@ TEST_F(Zel, PrintsWhatThePageOnTemplatesShows) {
     int commands = 0;
     std::string const before = "zel() { " ZEL_PROGRAM " \"$@\"; }; cd '" + Tree() + "'; ";
     for (support::FencedBlock const& block : support::FencedBlocks("template-language", "console")) {
-        std::string command;
         std::string expected;
-        auto const check = [&] {
-            if (!command.empty()) {
-                Outcome const outcome = RunProgram({"/bin/sh", "-c", before + command});
-                EXPECT_EQ(outcome.output, expected) << command << outcome.errors;
+        std::string shown;
+        for (std::string const& line : block.lines) {
+            expected += line + "\n";
+            if (line.starts_with("$ ")) {
+                Outcome const outcome = RunProgram({"/bin/sh", "-c", before + line.substr(2)});
+                shown += line + "\n" + outcome.output + outcome.errors;
                 ++commands;
             }
-        };
-        for (std::string const& line : block.lines) {
-            if (line.starts_with("$ ")) {
-                check();
-                command = line.substr(2);
-                expected.clear();
-            } else {
-                expected += line + "\n";
-            }
         }
-        check();
+        EXPECT_EQ(shown, expected);
     }
     EXPECT_GT(commands, 10);
 }

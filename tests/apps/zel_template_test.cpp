@@ -3,9 +3,6 @@
 
 #include "zel_fixture.h"
 
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
 namespace {
 
 using Json = nlohmann::json;
@@ -27,7 +24,7 @@ TEST_F(ZelTemplate, WhatIsNoTagIsText) {
     fs::path const file = Make("oak.bmp");
     struct {
         char const* text;
-        char const* expanded;
+        std::string expanded;
     } const rows[] = {
         {"", ""},
         {"index", "index"}, // a tag's name, first in the text
@@ -40,7 +37,7 @@ TEST_F(ZelTemplate, WhatIsNoTagIsText) {
         {"< index >", "< index >"},
         {"<INDEX> <File ( ShortName )>", "1 oak"},
         {"<file(name(ext))>", ".bmp"},
-        {"<file(nosuch)>", "/oak.bmp"},
+        {"<file(nosuch)>", file},
         {"<width(ext)><file(ext(d))>", ".bmp"},
         {"<tagifexist>a</tagifexist>b</tagifexist><tagifexist>c<index>", "bc1"},
         {"<TagIfExist><index><TagEndIfExist>", "1"},
@@ -48,10 +45,7 @@ TEST_F(ZelTemplate, WhatIsNoTagIsText) {
         {"\xC3\xA9\xFF\xEF\x80\xBC<index>", "\xC3\xA9\xFF\xEF\x80\xBC\x31"}, // U+F03C is not what stands for "<" here
     };
     for (auto const& row : rows) {
-        std::string const expanded = Expand(row.text, file);
-        EXPECT_TRUE(expanded.ends_with(row.expanded)) << row.text << " gives " << expanded;
-        EXPECT_TRUE(expanded == row.expanded || row.expanded[0] == '/' || expanded.find("\\x") != expanded.npos)
-            << row.text << " gives " << expanded;
+        EXPECT_EQ(Expand(row.text, file), row.expanded) << row.text;
     }
 }
 
@@ -103,18 +97,8 @@ TEST_F(ZelTemplate, FilesAndOtherOptionsGoTogether) {
     Outcome const strict = Run({"list", "--strict", "--template", "<nosuch>", one});
     EXPECT_EQ(strict.status, 1);
     EXPECT_EQ(strict.output, "");
-    EXPECT_EQ(Run({"list", "--template", "a", "--template-file", page, one}).status, 2);
     for (char const* const file : {"/none", "/dev/zero", "/"}) {
-        Outcome const unreadable = Run({"list", "--template-file", file, one});
-        EXPECT_EQ(unreadable.status, 1) << file;
-        EXPECT_THAT(unreadable.errors, HasSubstr(std::string(file) + ": ")) << file;
-    }
-    for (std::vector<std::string> const& command :
-         {std::vector<std::string>{"list", "--template", "<file>", one}, std::vector<std::string>{"tags", "--json"}}) {
-        std::vector<std::string> arguments = command;
-        arguments.insert(arguments.begin(), ZEL_PROGRAM);
-        EXPECT_EQ(Wait(Start(arguments, "/dev/full", folder / "errors")), 1) << command.front();
-        EXPECT_THAT(ReadWhole(folder / "errors"), HasSubstr("not everything could be written"));
+        ExpectFailure(1, {"list", "--template-file", file, one}, std::string(file) + ": ");
     }
 }
 
@@ -176,7 +160,6 @@ TEST_F(ZelTemplate, CheckNamesFaultsWithTheirPlace) {
     std::string const page = Make("page", "<width>\n1 < 2 <-\n  <widht>\n");
     EXPECT_EQ(Run({"template", "check", "--template-file", page}).output,
               page + ":3:3: no tag <widht>; <width> is the nearest\n");
-    EXPECT_EQ(Run({"template", "check"}).status, 2);
     std::string const brackets = Make("brackets", std::string(500'000, '<') + "a" + std::string(500'000, '(') + ">");
     EXPECT_EQ(Run({"template", "check", "--template-file", brackets, "--json"}).status, 0); // and soon
 }
