@@ -92,14 +92,10 @@ struct LiteralRichText {
         for (; line > 0; --line) {
             first = text.find(u'\r', first) + 1;
         }
-        if (first < text.size() && text[first] == u'\r') {
-            text.erase(first, 1);
-        } else if (first == text.size() && first > 0) {
-            text.erase(first - 1);
-        } else {
-            return false;
-        }
-        return true;
+        bool const isLast = first == text.size() && first > 0; // goes with the break in front of it
+        bool const isBlank = isLast || text[first] == u'\r';
+        text.erase(first - isLast, isBlank);
+        return isBlank;
     }
 };
 

@@ -37,18 +37,17 @@ private:
     void Draw(CCustomMenu const& menu, std::size_t level) {
         for (int i = 0; i < menu.GetItemCount(); ++i) {
             CustomMenuItem const& item = menu.GetItem(i);
-            CXTString<char> label;
-            XFASTCW2A(label, item.label, xEncodingUtf8);
+            std::string const label(XCW2A(item.label, xEncodingUtf8));
             shown += std::string(2 * level, ' ');
             if (item.separator) {
                 shown += "---\n";
             } else if (item.subMenu) {
-                shown += std::string(label) + " >\n";
+                shown += label + " >\n";
                 Draw(*item.subMenu, level + 1);
             } else {
                 char id[16];
                 std::snprintf(id, sizeof id, "%04x ", item.id);
-                shown += id + std::string(label) + "\n";
+                shown += id + label + "\n";
             }
         }
     }

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/literal_expansion.h"
 #include "tests/support/printers.h"
+#include "tests/support/repeated.h"
 #include "tests/tags/table_tags.h"
 #include "zeltools/foundation/log_file.h"
 #include "zeltools/ui/memory_rich_edit_ctrl.h"
 
 #include <gtest/gtest.h>
 #include <random>
+#include <span>
 #include <string>
 
 namespace {
@@ -33,7 +35,11 @@ protected:
         return Text();
     }
     std::u16string Text() const { return static_cast<char16_t const*>(control.GetTextRange(0, -1)); }
-    void Check(Row const& row) { EXPECT_EQ(Update(row.text), row.expanded) << row.name; }
+    void Check(std::span<Row const> rows) {
+        for (Row const& row : rows) {
+            EXPECT_EQ(Update(row.text), row.expanded) << row.name;
+        }
+    }
 
     TableTags tags;
     CTags::CTagContext context;
@@ -52,9 +58,7 @@ TEST_F(TagsRichText, ReplacesTags) {
         {"BlankLinesBehindAnEmptyTag", u"a\r<e>\r", u"a"},
         {"LineOfBlanksStays", u"a\r \r", u"a\r "},
     };
-    for (Row const& row : rows) {
-        Check(row);
-    }
+    Check(rows);
 }
 
 TEST_F(TagsRichText, OneEmptyTagTakesABlockOut) {
@@ -73,9 +77,7 @@ TEST_F(TagsRichText, OneEmptyTagTakesABlockOut) {
         {"BackToLine0", u"</tagifexist><x><tagifexist>a</tagifexist>.", u"</tagifexist><x>a."},
         {"BackToLine3", u"</tagifexist><x>\r\r\r<tagifexist>a</tagifexist>.", u"</tagifexist>b\r\r\ra."},
     };
-    for (Row const& row : rows) {
-        Check(row);
-    }
+    Check(rows);
 }
 
 TEST_F(TagsRichText, AgreesWithItsPlainSteps) {
@@ -125,9 +127,8 @@ TEST_F(TagsRichText, DoesNothingWithoutWindowKindOrScan) {
 }
 
 TEST_F(TagsRichText, EndlessExpansionsStopWithALineInTheLog) {
-    static int lines;
-    lines = 0;
-    SetLogCallback([](unsigned int, CXTString<char16_t>, bool, void*) { ++lines; }, nullptr);
+    int lines = 0;
+    SetLogCallback([](unsigned, CXTString<char16_t>, bool, void* user) { ++*static_cast<int*>(user); }, &lines);
     int refusals = 0;
     tags.Add(u"<patient>", [&](CTagInfo const&, CTagValue& value) {
         value.SetText(u"at last");
@@ -144,10 +145,7 @@ TEST_F(TagsRichText, EndlessExpansionsStopWithALineInTheLog) {
     tags.Add(u"<never>", [](CTagInfo const&, CTagValue&) { return false; });
     EXPECT_EQ(Update(u"<x><never>\r"), u"b<never>\r");
     EXPECT_EQ(lines, 1);
-    TagTextLimits limits;
-    limits.nested = 5000;
-    limits.length = 1000;
-    tags.SetTextLimits(limits);
+    tags.SetTextLimits({.nested = 5000, .length = 1000});
     tags.Add(u"<self>", u"<self>");
     tags.Add(u"<twins>", u"<e><twins>");
     tags.Add(u"<grows>", u"<grows> and more");
@@ -155,12 +153,8 @@ TEST_F(TagsRichText, EndlessExpansionsStopWithALineInTheLog) {
     EXPECT_EQ(Update(u"<x><twins>"), u"b<e><twins>");
     EXPECT_LT(Update(u"<grows>").size(), 1100U);
     EXPECT_EQ(lines, 4);
-    auto const nest = [](int depth) {
-        std::u16string text;
-        for (int i = 0; i < 2 * depth; ++i) {
-            text += i < depth ? u"<tagifexist>" : u"</tagifexist>";
-        }
-        return text;
+    auto const nest = [](std::size_t depth) {
+        return Repeated(depth, u"<tagifexist>") + Repeated(depth, u"</tagifexist>");
     };
     EXPECT_EQ(Update(nest(90)), u""); // 90 * 91 / 2 blocks are entered, since each closer sends the scan back
     EXPECT_EQ(lines, 4);

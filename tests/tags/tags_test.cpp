@@ -45,7 +45,6 @@ class Tags : public testing::Test {
 protected:
     Tags() {
         SetThreadLanguage(0x409);
-        tags.InitTags();
         tags.Insert(u"<Picture>", TAGDATA_FILENAME, Picture, 1, "Picture", &GiveFileName, &fileName);
         tags.InsertTag(u"<taken>", TAGDATA_DATE | unsigned{TAGFLAG_READONLY}, Picture, 2, 5343u, 5332, nullptr,
                        nullptr);

@@ -2,6 +2,7 @@
 #include "tests/support/format_page.h"
 #include "tests/support/literal_expansion.h"
 #include "tests/support/printers.h"
+#include "tests/support/repeated.h"
 #include "tests/support/vectors.h"
 #include "tests/tags/table_tags.h"
 #include "zeltools/foundation/log_file.h"
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <random>
+#include <span>
 #include <vector>
 
 namespace {
@@ -35,9 +37,9 @@ protected:
         tags.Add(u"<outer>", u"[<x>]");
         tags.Add(u"<open>", u"<na");
     }
-    void Check(Row const& row) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(tags.Expand(row.text), row.expanded);
+    void Check(std::span<Row const> rows) {
+        for (Row const& row : rows)
+            EXPECT_EQ(tags.Expand(row.text), row.expanded) << row.name;
     }
     TableTags tags;
 };
@@ -53,8 +55,7 @@ TEST_F(TagsText, ReplacesTags) {
         {"ValueCompletedByWhatFollows", u" <open>me>", u" name"},
         {"NotAscii", u"\u00C9<\u00C9><x>", u"\u00C9<\u00C9>b"},
     };
-    for (Row const& row : rows)
-        Check(row);
+    Check(rows);
 }
 
 // The rows of the page that tell what the library does with a text.
@@ -91,8 +92,7 @@ TEST_F(TagsText, KeepsABlockWithATextAndTakesOutOneWithout) {
         // The tag takes the bracket that ended the marker before it, and the block goes with what is left of it.
         {"OpenerWithoutItsEnd", u"<tagifexist<e></tagifexist>2", u"2"},
     };
-    for (Row const& row : rows)
-        Check(row);
+    Check(rows);
 }
 
 TEST_F(TagsText, AnswersACloserThatNoBlockAwaits) {
@@ -183,15 +183,12 @@ protected:
         EXPECT_EQ(tags.Expand(text), expanded);
         EXPECT_EQ(lines.size(), stopped ? 1u : 0u);
     }
-    void SetLimits(unsigned int chain, unsigned int nested, int length) {
-        tags.SetTextLimits(TagTextLimits{chain, nested, length});
-    }
     unsigned int left = 0;
     static inline std::vector<CXTString<char16_t>> lines;
 };
 
 TEST_F(TagsTextLimits, ChainOfValues) {
-    SetLimits(100, 1000, 1000);
+    tags.SetTextLimits({100, 1000, 1000});
     left = 100;
     Expect(u"<count>", std::u16string(100, u'.') + u"end", false);
     left = 101;
@@ -212,29 +209,29 @@ TEST_F(TagsTextLimits, ChainOfValues) {
 TEST_F(TagsTextLimits, TagsInValues) {
     tags.Add(u"<a>", u"<b><b>");
     tags.Add(u"<b>", u"<x>");
-    SetLimits(10, 4, 1000);
+    tags.SetTextLimits({10, 4, 1000});
     Expect(u"0<a><x><x><x>", u"0bbbbb", false);
-    SetLimits(10, 3, 1000);
+    tags.SetTextLimits({10, 3, 1000});
     Expect(u"0<a><x>", u"0b<x><x>", true);
 }
 
 TEST_F(TagsTextLimits, Length) {
     tags.Add(u"<long>", u"0123456789");
     tags.Add(u"<inner>", u"<long>");
-    SetLimits(10, 10, 3); // "<inner>" is seven of the ten
+    tags.SetTextLimits({10, 10, 3}); // "<inner>" is seven of the ten
     Expect(u"a<inner>", u"a0123456789", false);
-    SetLimits(10, 10, 2);
+    tags.SetTextLimits({10, 10, 2});
     Expect(u"a<inner>", u"a<long>", true);
     Expect(u"a<long", u"a<long", true);
     Expect(u"a<long>", u"a0123456789", false); // has an end, however long
 
     tags.Add(u"<grows>", u"..<grows>");
-    SetLimits(1000, 1000, 100);
+    tags.SetTextLimits({1000, 1000, 100});
     Expect(u"<grows>", std::u16string(100, u'.') + u"<grows>", true);
 }
 
 TEST_F(TagsTextLimits, TagAtTheEndThatNothingCloses) {
-    SetLimits(5, 1000, 1000);
+    tags.SetTextLimits({5, 1000, 1000});
     Expect(u"a<x", u"abbbbb<x", true);
     unsigned int calls = 0;
     tags.Add(u"<thrice>", [&](CTagInfo const&, CTagValue& value) {
@@ -243,7 +240,7 @@ TEST_F(TagsTextLimits, TagAtTheEndThatNothingCloses) {
     });
     Expect(u"a<thrice", u"attt<thrice", false);
     // Long parameters are read anew each time.
-    SetLimits(1000, 1000, 100);
+    tags.SetTextLimits({1000, 1000, 100});
     tags.Add(u"<none>", [](CTagInfo const&, CTagValue&) { return true; });
     Expect(u"<none(0123456789012345678901234567890123456789", u"<none(0123456789012345678901234567890123456789", true);
     EXPECT_EQ(tags.evaluations, 3u);
@@ -259,7 +256,7 @@ TEST_F(TagsTextLimits, BlockAtTheEndThatNothingCloses) {
     });
     Expect(u"<tagifexist><late></tagifexist", u"<tagifexist>v</tagifexist", false);
     calls = 0;
-    SetLimits(3, 1000, 1000);
+    tags.SetTextLimits({3, 1000, 1000});
     Expect(u"<tagifexist><late></tagifexist", u"<tagifexist><late></tagifexist", true);
     // A removal may bring two halves of a tag together, which the next pass finds.
     Expect(u"<tagifexist><na<tagifexist></tagifexist>me></tagifexist", u"<tagifexist>name</tagifexist", false);
@@ -280,19 +277,13 @@ TEST_F(TagsTextLimits, CallsInsideEachOther) {
 }
 
 TEST_F(TagsTextLimits, LongTextsAreLinear) {
-    auto const times = [](std::u16string const& text, int count) {
-        std::u16string all;
-        for (int i = 0; i < count; ++i)
-            all += text;
-        return all;
-    };
-    int const count = 100'000;
+    std::size_t const count = 100'000;
     std::u16string const filler(100, u'.');
-    EXPECT_EQ(tags.Expand(times(filler + u"<x>", count)), times(filler + u"b", count));
-    EXPECT_EQ(tags.Expand(times(u"<tagifexist>", count) + u"a" + times(u"</tagifexist>", count)), u"");
-    std::u16string const kept = times(u"<tagifexist>", count) + u"<x>" + times(u"</tagifexist>", count);
+    EXPECT_EQ(tags.Expand(Repeated(count, filler + u"<x>")), Repeated(count, filler + u"b"));
+    EXPECT_EQ(tags.Expand(Repeated(count, u"<tagifexist>") + u"a" + Repeated(count, u"</tagifexist>")), u"");
+    std::u16string const kept = Repeated(count, u"<tagifexist>") + u"<x>" + Repeated(count, u"</tagifexist>");
     EXPECT_EQ(tags.Expand(kept).size(), kept.size() - 2);
-    EXPECT_EQ(tags.Expand(u"<name" + times(u"(", count) + times(u")", count) + u">").size(), 4u + 2 * count);
+    EXPECT_EQ(tags.Expand(u"<name" + Repeated(count, u"(") + Repeated(count, u")") + u">").size(), 4u + 2 * count);
     EXPECT_TRUE(lines.empty());
 }
 
@@ -306,7 +297,7 @@ TEST_F(TagsTextLimits, GiveWhatTheStepsGiveOneByOne) {
                        ",");
     std::mt19937 random(5);
     int ended = 0;
-    SetLimits(50, 500, 10'000);
+    tags.SetTextLimits({50, 500, 10'000});
     for (int i = 0; i < 20'000; ++i) {
         std::u16string text;
         for (auto n = random() % 12; n > 0; --n)
@@ -314,8 +305,7 @@ TEST_F(TagsTextLimits, GiveWhatTheStepsGiveOneByOne) {
         CXTString<char16_t> expected(text.c_str());
         std::u16string const expanded = tags.Expand(text);
         if (support::ExpandLiterally(tags, CTags::CTagContext(), expected, 40)) {
-            ASSERT_EQ(CXTString<char16_t>(expanded.c_str()), expected)
-                << testing::PrintToString(CXTString<char16_t>(text.c_str()));
+            ASSERT_EQ(expanded.c_str(), expected) << testing::PrintToString(text);
             ++ended;
         }
     }
