@@ -71,10 +71,9 @@ protected:
         }
         chmod(folder.c_str(), 0755);
         chmod((folder / "home").c_str(), 0777);
-        std::vector<std::string> command = {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
-                                            ZEL_PROGRAM};
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        return RunProgram(std::move(command));
+        arguments.insert(arguments.begin(),
+                         {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", ZEL_PROGRAM});
+        return RunProgram(std::move(arguments));
     }
 
     Outcome RunProgram(std::vector<std::string> arguments) const {

@@ -5,6 +5,8 @@
 #include "tests/support/wait_until.h"
 #include "zel_fixture.h"
 
+#include <algorithm>
+
 namespace {
 
 using Json = nlohmann::json;

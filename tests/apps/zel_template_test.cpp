@@ -133,7 +133,6 @@ TEST_F(ZelTemplate, CheckNamesFaultsWithTheirPlace) {
         {"\xC3\xA9 <heigth>", "unknown tag", 3, "<height>"},
         {"<shortname>", "unknown tag", 1, "<file(shortname)>"},
         {"<d+h>", "unknown tag", 1, "<written(d+h)>"},
-        {"<something else>", "unknown tag", 1, nullptr},
         {"<date>", "unknown tag", 1, nullptr}, // as far from <name> as from nothing
         {"<meta:>", "unknown tag", 1, nullptr},
         {"<file( exd )>", "unknown parameter", 8, "ext"},
