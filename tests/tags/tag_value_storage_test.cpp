@@ -12,12 +12,6 @@ namespace {
 
 constexpr unsigned int id = FourCC("TAGV");
 
-std::string StoredBytes(CCustomData const& data) {
-    unsigned int size = 0;
-    auto const* const bytes = static_cast<char const*>(data.GetCustomPtr(id, size));
-    return bytes ? std::string(bytes, size) : "<none>";
-}
-
 TEST(TagValueStorage, StoresTheseBytesAndReadsThemBack) {
     struct Row {
         void (*fill)(CTagValue& value);
@@ -51,7 +45,9 @@ TEST(TagValueStorage, StoresTheseBytesAndReadsThemBack) {
         CCustomData data;
         ASSERT_EQ(value.SetValueToData(data, id), 1);
         EXPECT_EQ(data.GetDataKindOf(id), row.kind);
-        EXPECT_EQ(StoredBytes(data), row.bytes);
+        unsigned int size = 0;
+        auto const* const bytes = static_cast<char const*>(data.GetCustomPtr(id, size));
+        EXPECT_EQ(std::string(bytes, size), row.bytes);
 
         CTagValue back;
         ASSERT_EQ(back.GetValueFromData(data, id, static_cast<_TAGDATA_INFO>(value.GetDataType() | TAGFLAG_HIDDEN)), 1);

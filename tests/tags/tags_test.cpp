@@ -2,6 +2,7 @@
 #include "zeltools/tags/tags.h"
 
 #include "tests/support/printers.h"
+#include "tests/support/repeated.h"
 #include "tests/tags/table_tags.h"
 #include "zeltools/foundation/four_cc.h"
 #include "zeltools/foundation/thread_language.h"
@@ -168,10 +169,7 @@ TEST_F(Tags, TheLastParameterAnswersWhereItIsKnown) {
 }
 
 TEST_F(Tags, ADeepChainIsReadInOnePass) {
-    Text tag(u"<picture(createdate");
-    for (int i = 0; i < 100'000; ++i)
-        tag += u"(d";
-    tag += Text(u')', 100'001) + u">";
+    Text const tag((u"<picture(createdate" + Repeated(100'000, u"(d") + Repeated(100'001, u")") + u">").c_str());
     EXPECT_EQ(tags.GetTagDataType(tag), TAGDATA_TEXT);
     CTagInfo info;
     CTagValue value;

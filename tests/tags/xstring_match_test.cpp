@@ -25,7 +25,6 @@ Text Make(Units const& units) {
 
 /// What the page on the language does not show.
 TEST(XStringMatch, AnswersExpressions) {
-    auto const any = CXStringMatch::ModeAnyWord;
     struct {
         char16_t const* expression;
         char16_t const* text;
@@ -48,7 +47,7 @@ TEST(XStringMatch, AnswersExpressions) {
         {u"\"a & b\"", u"an a & b", true},
         {u"\"(a\"", u"(a", true},
         {u"\"red table", u"red table", true}, // no end: to the end of the text
-        {u"x \"red table\"", u"red table", true, any},
+        {u"x \"red table\"", u"red table", true, CXStringMatch::ModeAnyWord},
         {u"()", u"x", true},
         {u"a (&)", u"a", true}, // an expression without operands matches everything
         // Each group is a text of its own, in which the blank behind `()` makes (a*b) a group, and that has no quote.
