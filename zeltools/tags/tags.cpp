@@ -102,29 +102,26 @@ void CTags::InsertTag(CXTString<char16_t> const& name, unsigned int typeAndFlags
                       unsigned int id, unsigned int friendlyId, unsigned int classNameId, TagCallback callback,
                       void* data) {
     CTagInfo info(tagClass, id);
-    info.typeAndFlags = typeAndFlags;
     info.friendlyId = friendlyId;
-    info.classNameId = classNameId;
-    info.callback = callback;
-    info.callbackData = data;
-    Insert(info, name);
+    Insert(info, name, typeAndFlags, classNameId, callback, data);
 }
 
 void CTags::InsertTag(CXTString<char16_t> const& name, unsigned int typeAndFlags, unsigned int tagClass,
                       unsigned int id, char const* friendlyText, unsigned int classNameId, TagCallback callback,
                       void* data) {
     CTagInfo info(tagClass, id);
-    info.typeAndFlags = typeAndFlags;
     info.friendlyText = friendlyText;
+    Insert(info, name, typeAndFlags, classNameId, callback, data);
+}
+
+void CTags::Insert(CTagInfo& info, CXTString<char16_t> const& name, unsigned int typeAndFlags, unsigned int classNameId,
+                   TagCallback callback, void* data) {
+    info.name = name;
+    Lower(info.name);
+    info.typeAndFlags = typeAndFlags;
     info.classNameId = classNameId;
     info.callback = callback;
     info.callbackData = data;
-    Insert(info, name);
-}
-
-void CTags::Insert(CTagInfo& info, CXTString<char16_t> const& name) {
-    info.name = name;
-    Lower(info.name);
     state = NewState();
     tagsByName.Insert(info.name, info);
     tagsById.Insert(CTagID{info.tagClass, info.id}, info);

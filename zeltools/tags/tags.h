@@ -273,7 +273,9 @@ private:
     using IdMap = CHashMap<CTagID, CTagID const&, CTagInfo>;
     using ScanMap = CHashMap<unsigned long long, unsigned long long, _TagScanInfo*>;
 
-    void Insert(CTagInfo& info, CXTString<char16_t> const& name);
+    /// Completes what the two forms of InsertTag have begun, and puts it into both maps.
+    void Insert(CTagInfo& info, CXTString<char16_t> const& name, unsigned int typeAndFlags, unsigned int classNameId,
+                TagCallback callback, void* data);
 
     /// Finds the tag of a text with parameters, and parts the two: `tag` becomes the name alone.
     CTagInfo const* FindTag(CXTString<char16_t>& tag, CXTString<char16_t>& parameters) const;
